@@ -1,0 +1,30 @@
+# Warnings are errors in our own code.
+
+function(edl_set_warnings target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
+    -Wdouble-promotion -Wundef -Wvla)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE
+      -Wduplicated-cond -Wlogical-op -Wuseless-cast -Wsuggest-override)
+  else()
+    target_compile_options(${target} PRIVATE -Wsuggest-override)
+  endif()
+endfunction()
+
+# Single-precision rate arithmetic must round after each operation, so no
+# fused multiply-add and no excess precision anywhere.
+add_compile_options(-ffp-contract=off)
+
+if(EDL_SANITIZE OR EDL_FUZZ)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(EDL_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "EDL_FUZZ needs clang: use the preset \"fuzz\"")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
