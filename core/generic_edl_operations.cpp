@@ -47,9 +47,11 @@ void merge_into(CGenericEdlEntry& a, const CGenericEdlEntry& b) {
 class PartnerIndex {
  public:
   PartnerIndex(const CObList& list, POSITION first, POSITION end) {
-    for (POSITION at = first; at != end; at = next_of(list, at), ++count_) {
+    std::size_t place = 0;
+    for (POSITION at = first; at != end; at = next_of(list, at), ++place) {
       const CGenericEdlEntry& entry = *entry_at(list, at);
-      candidates_[key_of(entry, entry.get_stream(0), entry.first_channel)].push_back({at, count_});
+      candidates_[key_of(entry, entry.get_stream(0), entry.first_channel)].positions.push_back(
+          {at, place});
     }
   }
 
