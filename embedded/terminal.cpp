@@ -24,7 +24,7 @@ std::string printable(std::string_view text) {
                                static_cast<unsigned char>(text[i + 1]) < 0xA0;
     if (upper_control) ++i;
     const bool control = byte < 0x20 || byte == 0x7F || upper_control;
-    // A paragraph or a line end is one blank.
+    // The end of a paragraph is one blank, not two.
     if (control && !out.empty() && out.back() == ' ') continue;
     out += control ? ' ' : text[i];
   }

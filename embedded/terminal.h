@@ -42,7 +42,7 @@ class Terminal {
 };
 
 // One line of printable text: control characters become blanks, and so do the
-// UTF-8 forms of U+0080 to U+009F.
+// UTF-8 forms of U+0080 to U+009F. One behind a blank is left out.
 [[nodiscard]] std::string printable(std::string_view text);
 
 }  // namespace embedded
