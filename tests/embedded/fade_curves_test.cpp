@@ -11,35 +11,6 @@ using embedded::fade_in_amplitude;
 
 constexpr std::size_t last = fade_curve_levels - 1;
 
-TEST(FadeLevelsTable, RowsAreAsGiven) {
-  const auto row = [](std::size_t n) {
-    const FadeLevels& r = fade_levels_table[n];
-    return std::vector<double>{r.quarter_db, r.half_db, r.three_quarters_db};
-  };
-  EXPECT_EQ(fade_levels_table.size(), 117U);
-  EXPECT_EQ(row(0), (std::vector<double>{-12.0, -6.0, -2.5}));
-  EXPECT_EQ(row(1), (std::vector<double>{-43.1, -27.8, -13.8}));
-  EXPECT_EQ(row(16), (std::vector<double>{-12.8, -6.5, -2.7}));
-  EXPECT_EQ(row(17), (std::vector<double>{-3.3, -1.1, -0.2}));
-  EXPECT_EQ(row(33), (std::vector<double>{-3.2, -1.5, -0.6}));
-  EXPECT_EQ(row(64), (std::vector<double>{-9.0, -5.4, -2.8}));
-  EXPECT_EQ(row(65), (std::vector<double>{-44.2, -22.1, -9.2}));
-  EXPECT_EQ(row(96), (std::vector<double>{-0.6, 0.0, 0.0}));
-  EXPECT_EQ(row(112), (std::vector<double>{-13.6, -4.1, -0.8}));
-  EXPECT_EQ(row(113), row(114));
-  EXPECT_EQ(row(115), (std::vector<double>{-24.8, -12.6, -5.3}));
-  EXPECT_EQ(row(116), (std::vector<double>{-1.5, -0.2, 0.0}));
-}
-
-TEST(FadeLevelsTable, LevelsRiseUpToFull) {
-  for (std::size_t n = 0; n < fade_levels_table.size(); ++n) {
-    const FadeLevels& row = fade_levels_table[n];
-    EXPECT_LE(row.quarter_db, row.half_db) << n;
-    EXPECT_LE(row.half_db, row.three_quarters_db) << n;
-    EXPECT_LE(row.three_quarters_db, 0.0) << n;
-  }
-}
-
 TEST(FadeCurves, FallFromFullToSilence) {
   for (std::size_t n = 0; n < fade_curves().size(); ++n) {
     const auto& curve = fade_curves()[n];
