@@ -7,8 +7,10 @@ namespace aafobj {
 
 namespace {
 
-// Runs shorter than this are not worth breaking up a larger request for.
-constexpr std::uint32_t k_worthwhile_bytes = 65536;
+// Runs shorter than this are not worth breaking up a larger request for. Those
+// of a file with 512-byte sectors are less than 64 KiB, since a sector of the
+// table lies between them.
+constexpr std::uint32_t k_worthwhile_bytes = 16384;
 
 // Past this the sectors of a 512-byte file would reach the range lock, near
 // the limit of 2 GiB that such files have anyway.
