@@ -111,10 +111,11 @@ class Stream {
 ///
 /// Changes reach the file for certain with flush() or close(). Destroying the
 /// object without close() abandons what came after the last flush. Space of
-/// removed or rewritten streams is reused only after the next flush, so that
-/// an abandoned or failed change leaves the file's former tree in place;
-/// bytes written over inside an existing stream are not kept, and neither is
-/// the tail of one that was cut.
+/// removed or rewritten streams is reused only after the next flush, so the
+/// tree of the last flush stays readable when changes are abandoned or fail;
+/// lost are only bytes written over inside an existing stream and the tail of
+/// one that was cut but not emptied. A flush() that fails itself may leave an
+/// existing file damaged: whoever needs the former state keeps a copy.
 ///
 /// Any structure may be damaged: an operation that meets the damage gives
 /// `damaged`, `overlapping` or `truncated`, and others go on working. The first

@@ -56,7 +56,13 @@ class CompoundState {
   /// How much of a chain an earlier body of the same stream claimed.
   std::uint32_t claimed_sectors(std::uint32_t id) const;
   void set_claimed_sectors(std::uint32_t id, std::uint32_t count) { m_claimed[id] = count; }
-  bool claim_minis_once(std::uint32_t id) { return !m_changing && m_mini_claims.insert(id); }
+
+  /// Whether the mini sectors of a stream are still to be claimed. A stream
+  /// that failed to claim them all must try, and fail, again.
+  bool must_claim_minis(std::uint32_t id) const {
+    return !m_changing && !m_mini_claims.contains(id);
+  }
+  void set_minis_claimed(std::uint32_t id) { m_mini_claims.insert(id); }
 
   SectorIo m_io;
   SectorCache m_cache;

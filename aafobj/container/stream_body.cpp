@@ -11,7 +11,6 @@ namespace aafobj {
 namespace {
 
 constexpr std::size_t k_buffer_bytes = 65536;
-constexpr std::size_t k_scattered_read_bytes = 4096;
 // Reads and writes of this size and above do not go through the buffer.
 constexpr std::size_t k_direct_bytes = 16384;
 
@@ -24,7 +23,7 @@ StreamBody::StreamBody(CompoundState& state, std::uint32_t id) : m_state(&state)
 
 StreamBody::~StreamBody() {
   if (m_state == nullptr) return;
-  m_state->set_claimed_sectors(m_id, m_chain.marked());
+  if (m_chain.marked() != 0) m_state->set_claimed_sectors(m_id, m_chain.marked());
   const Result flushed = flush();
   m_state->body_gone(m_id, flushed);
 }
@@ -42,7 +41,10 @@ Result StreamBody::open() {
   if (m_size == 0) return Result::ok;
   if (in_minis()) {
     const std::uint32_t count = divide_up(m_size, k_mini_sector_size);
-    return m_state->m_mini.follow(entry->start, count, m_state->claim_minis_once(m_id), m_minis);
+    const bool claim = m_state->must_claim_minis(m_id);
+    const Result r = m_state->m_mini.follow(entry->start, count, claim, m_minis);
+    if (r == Result::ok && claim) m_state->set_minis_claimed(m_id);
+    return r;
   }
   const std::uint32_t sector_size = m_state->m_io.sector_size();
   const std::uint64_t room = std::uint64_t{m_state->m_table.sector_count()} * sector_size;
@@ -61,12 +63,10 @@ bool StreamBody::buffer_holds(std::uint64_t position, std::size_t count) const {
          count <= m_buffer.size() - (position - m_buffer_at);
 }
 
-// Scattered small reads take less than consecutive ones.
+// A scattered small read takes less than a consecutive one.
 Result StreamBody::fill_buffer(std::uint64_t position) {
   if (const Result r = flush(); r != Result::ok) return r;
-  const bool consecutive = position == m_last_read_end;
-  const std::size_t most =
-      consecutive ? k_buffer_bytes : std::max(k_scattered_read_bytes, k_direct_bytes);
+  const std::size_t most = position == m_last_read_end ? k_buffer_bytes : k_direct_bytes;
   m_buffer.resize(static_cast<std::size_t>(std::min<std::uint64_t>(most, m_size - position)));
   m_buffer_at = position;
   const Result r = read_stored(position, m_buffer);
