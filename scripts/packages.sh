@@ -1,6 +1,9 @@
 # Sourced by the entry scripts: installs what a Debian machine lacks.
 # shellcheck shell=bash
 
+# So that a second clone on the same machine finds what the first has compiled.
+export CCACHE_BASEDIR=${root:-} CCACHE_NOHASHDIR=1
+
 packages_build=(g++ cmake ninja-build ccache libsndfile1-dev libcli11-dev nlohmann-json3-dev)
 packages_test=(libgtest-dev libgmock-dev binutils)
 packages_check=(clang clang-format clang-tidy)
