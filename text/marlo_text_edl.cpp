@@ -73,7 +73,7 @@ std::u16string short_name(const CGenericEdlEntry& entry) {
   }
   const auto end = std::find_if(name.begin(), name.end(), is_white_space);
   name.erase(end, name.end());
-  name += decimal(entry.source_channel, 2);
+  name += decimal(static_cast<std::int32_t>(entry.source_channel), 2);
   name.resize(short_name_length, u' ');
   return name;
 }
