@@ -4,7 +4,7 @@
 // their sources apart.
 //
 // Members hold a record as the formats work on it: 64-bit times, 16-bit texts.
-// The bytes of a chunk stand in chunk_records.h.
+// The bytes of a chunk stand in chunk_records.cpp.
 //
 // Texts: a setter cuts what does not fit and clears the rest of the field. Where a
 // terminator is not promised, every place of the field may be text: read such a
@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "host/framework/ob_list.h"
@@ -49,7 +50,7 @@ class CGenericEDLFileChunk : public CObject {
   //   read_from_buffer(cursor, header): takes the body from the front of `cursor`
   //     and answers 1; answers 0, with `cursor` unmoved and the record in no
   //     promised state, when the header, the size or a count is not right.
-  //   to_file_record(record): writes chunk_size() bytes.
+  //   to_file_record(record): appends the body.
 };
 
 // One edit.
@@ -59,7 +60,7 @@ class CGenericEDLFileEntry : public CGenericEDLFileChunk {
   [[nodiscard]] std::uint32_t chunk_size() const override;
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   void set_name(std::u16string_view text) { set_field(m_name, text); }
   [[nodiscard]] std::u16string_view get_name() const { return field_text(m_name); }
@@ -101,7 +102,7 @@ class CGenericEDLFileTrack : public CGenericEDLFileChunk {
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   // An empty file name is taken from the path: the part behind its last "/".
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   void set_file_name(std::u16string_view text) { set_field(m_file_name, text); }
   void set_path(std::u16string_view text) { set_field(m_path, text); }
@@ -166,7 +167,7 @@ class CGenericEDLFileLocatorEntryChunk : public CGenericEDLFileChunk {
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
   // Writes m_count locators.
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   // Locators written; 16 bits, so it wraps when the list is longer.
   std::uint16_t m_count = 0;
@@ -184,7 +185,7 @@ class CGenericEDLFilePQHeaderChunk : public CGenericEDLFileChunk {
   [[nodiscard]] std::uint32_t chunk_size() const override;
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   void set_catalogue(std::u16string_view text);
   [[nodiscard]] std::u16string_view get_catalogue() const { return field_text(m_catalogue); }
@@ -204,7 +205,7 @@ class CGenericEDLFilePQEntryChunk : public CGenericEDLFileChunk {
   [[nodiscard]] std::uint32_t chunk_size() const override;
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   void set_text_a(std::u16string_view text) { set_field(m_text_a, text); }
   void set_text_b(std::u16string_view text) { set_field(m_text_b, text); }
@@ -239,7 +240,7 @@ class CGenericEDLFilePQDetailsChunk : public CGenericEDLFileChunk {
   [[nodiscard]] std::uint32_t chunk_size() const override;
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   // `i` from 0 to 6.
   void set_details(int i, std::u16string_view text);
@@ -274,7 +275,7 @@ class CGenericEDLFileAutomationEntryChunk : public CGenericEDLFileChunk {
   std::uint32_t check_chunk_header(const ChunkHeader& header);
   [[nodiscard]] int read_from_buffer(std::string_view& cursor, const ChunkHeader& header);
   // Writes m_count points.
-  void to_file_record(char* record) const;
+  void to_file_record(std::string& record) const;
 
   // The list of points, made when there is none.
   CObList& points();
