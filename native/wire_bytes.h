@@ -88,6 +88,7 @@ class WireIn {
     decode_text(bytes(width), field, places, places);
   }
   void skip(std::size_t count) { m_at += count; }
+  [[nodiscard]] const char* at() const { return m_at; }
 
  private:
   const char* m_at;
