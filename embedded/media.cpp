@@ -174,12 +174,13 @@ CAudCnt* MediaLibrary::search_below(const std::string& folder, const Parts& part
   for (std::size_t i = first; i + 1 < parts.size(); ++i) {
     const std::string name = names_.find(at.empty() ? "/" : at, parts[i]);
     if (name.empty()) return nullptr;
-    at += "/" + name;
+    at.append("/").append(name);
   }
   for (const std::string& wanted : names_of(parts.back(), source_type)) {
     const std::string name = names_.find(at.empty() ? "/" : at, wanted);
     if (name.empty()) continue;
-    const std::string file = at + "/" + name;
+    std::string file = at;
+    file.append("/").append(name);
     CAudCnt* const source = audio_.source(file);
     if (source != nullptr) return source;
     if (unreadable.empty()) unreadable = file;
