@@ -38,9 +38,12 @@ need_packages() {
   }
 }
 
-# configure_once PRESET: configures its build folder the first time.
+# configure_once PRESET: configures its build folder the first time. What cmake says
+# is shown only when it fails.
 configure_once() {
-  local folder="$root/build/$1"
+  local folder="$root/build/$1" said
   [[ -f $folder/build.ninja ]] && return 0
-  (cd "$root" && cmake --preset "$1") >&2
+  said=$(cd "$root" && cmake --preset "$1" 2>&1) && return 0
+  printf '%s\n' "$said" >&2
+  return 1
 }

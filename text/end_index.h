@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -30,9 +30,17 @@ class EndIndex {
   // Places in the list, rising, with their entries.
   using Ends = std::vector<std::pair<std::size_t, CGenericEdlEntry*>>;
 
+  struct Hash {
+    std::size_t operator()(const Key& key) const {
+      const auto mixed =
+          (static_cast<std::uint64_t>(key.second) * 64 + key.first) * 0x9E3779B97F4A7C15ULL;
+      return static_cast<std::size_t>(mixed ^ (mixed >> 32));
+    }
+  };
+
   static Key key_of(const CGenericEdlEntry& entry) { return {entry.get_stream(0), entry.dest_out}; }
 
-  std::map<Key, Ends> ends_;
+  std::unordered_map<Key, Ends, Hash> ends_;
   std::size_t count_ = 0;
 };
 

@@ -209,7 +209,7 @@ result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char*
   }
   take_channels(line.next(), *entry);
   bool negative = false;
-  read_four_times(entry, line.rest().data(), &negative);
+  read_four_times(entry, line.at(), &negative);
   if (negative) *bad_time = 1;
   return negative ? result::negative_time : result::line_good;
 }

@@ -173,7 +173,9 @@ int CTextEdl::read_token(const wide_char* text) {
 }
 
 int CTextEdl::skip_space(const wide_char* text) {
-  return static_cast<int>(leading_space({text, text_length(text)}));
+  LineCursor line(text);
+  line.peek();
+  return static_cast<int>(line.at() - text);
 }
 
 int CTextEdl::is_number(const wide_char* text) {

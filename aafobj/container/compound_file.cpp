@@ -98,7 +98,13 @@ Result CompoundFile::create(std::shared_ptr<RawStorage> storage, FileKind kind,
                             std::unique_ptr<CompoundFile>& file) {
   if (storage == nullptr) return Result::invalid_argument;
   if (!storage->writable()) return Result::read_only;
-  if (const Result r = storage->set_size(0); r != Result::ok) return r;
+  // Cutting a file that is empty already is not free: some file systems take
+  // it for a replacement and start to write the file out when it is closed.
+  std::uint64_t size = 0;
+  if (const Result r = storage->size(size); r != Result::ok) return r;
+  if (size != 0) {
+    if (const Result r = storage->set_size(0); r != Result::ok) return r;
+  }
   CompoundHeader header;
   header.kind = kind;
   header.sector_shift = kind == FileKind::aaf_512 ? 9 : 12;

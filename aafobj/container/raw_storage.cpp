@@ -170,7 +170,7 @@ Result open_disk_storage(const std::filesystem::path& path, DiskMode mode,
   struct ::stat status = {};
   if (::fstat(descriptor, &status) != 0) return from_errno(errno);
   if (!S_ISREG(status.st_mode)) return Result::invalid_argument;
-  if (mode == DiskMode::create_over) {
+  if (mode == DiskMode::create_over && status.st_size != 0) {
     if (const Result r = disk->set_size(0); r != Result::ok) return r;
   }
   storage = std::move(disk);

@@ -53,8 +53,11 @@ Result SectorIo::clear(std::uint64_t position, std::uint64_t count) {
 }
 
 Result SectorIo::set_sector_count(std::uint32_t count) {
-  m_written_end = position_of(count);
-  return m_storage->set_size(m_written_end);
+  const std::uint64_t wanted = position_of(count);
+  std::uint64_t size = 0;
+  if (const Result r = m_storage->size(size); r != Result::ok) return r;
+  m_written_end = wanted;
+  return size == wanted ? Result::ok : m_storage->set_size(wanted);
 }
 
 }  // namespace aafobj

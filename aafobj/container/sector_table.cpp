@@ -12,6 +12,10 @@ namespace {
 // table lies between them.
 constexpr std::uint32_t k_worthwhile_bytes = 16384;
 
+// Table sectors for a large request lie together in front of it, up to this
+// many. Otherwise each would cut the request's bytes in two.
+constexpr std::uint32_t k_most_pages_at_once = 32;
+
 // Past this the sectors of a 512-byte file would reach the range lock, near
 // the limit of 2 GiB that such files have anyway.
 constexpr std::uint32_t k_most_small_sectors =
@@ -186,8 +190,8 @@ Result SectorTable::link_run(SectorRun run, std::uint32_t last_entry) {
   return Result::ok;
 }
 
-// A new table sector is the first sector that it describes itself; a list
-// sector, when one is due, is the second.
+// A new table sector lies among the sectors described already or is the first
+// that it describes itself; a list sector, when one is due, comes next to it.
 Result SectorTable::add_page() {
   const auto page = static_cast<std::uint32_t>(m_pages.size());
   const std::uint32_t sector = m_sector_count;
@@ -209,9 +213,11 @@ Result SectorTable::append(std::uint32_t most, SectorRun& run) {
   const bool large = entries() != 128;
   const std::uint32_t limit = large ? k_last_sector : k_most_small_sectors;
   const std::uint64_t reach = std::uint64_t{m_pages.size()} * entries();
-  // Room for the sectors of the table that may come first is left as well.
+  std::uint32_t pages = std::clamp(most / entries(), 1U, k_most_pages_at_once);
+  // Each page may bring a list sector with it.
+  if (m_sector_count >= limit - 2 * pages) pages = 1;
   if (m_sector_count >= limit - 2) return Result::too_large;
-  if (m_sector_count >= reach) {
+  for (; m_sector_count >= reach && pages != 0; --pages) {
     if (const Result r = add_page(); r != Result::ok) return r;
   }
   if (large && m_sector_count == k_large_lock_sector) {
