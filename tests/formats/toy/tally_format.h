@@ -1,0 +1,5 @@
+#pragma once
+
+#include "formats/format_table.h"
+
+FormatRow tally_row();
