@@ -336,15 +336,27 @@ TEST_F(Edl2Import, EventNumbersWrap) {
 }
 
 TEST_F(Edl2Import, ReelBlocks) {
+  ASSERT_EQ(import(small()), result::import_complete);
+  EXPECT_EQ(edl->reel_records(), nullptr);
   const std::string reels = block(1, std::string(32, 'a') + std::string(32, 'b'));
-  EXPECT_EQ(import(extended(small(), extensions(1, {reels}))), result::import_complete);
+  ASSERT_EQ(import(extended(small(), extensions(1, {reels}))), result::import_complete);
   EXPECT_EQ(entries_of(*edl).size(), 2U);
-  // A second list, skipped kinds, and what is left behind whole records.
-  const std::string all = extensions(
-      6, {reels, reels, block(0, "xyz"), block(2, ""), block(3, zeros(100)), block(4, "x")});
-  EXPECT_EQ(import(extended(small(), all)), result::import_complete);
+  ASSERT_NE(edl->reel_records(), nullptr);
+  const auto records = objects<CM2ReelInfo>(edl->reel_records());
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_THAT(records[0]->m_bytes, testing::Each('a'));
+  EXPECT_THAT(records[1]->m_bytes, testing::Each('b'));
+}
+
+TEST_F(Edl2Import, LaterReelBlocksTakeThePlaceOfEarlierOnes) {
+  const std::string all =
+      extensions(6, {block(1, std::string(64, 'a')), block(1, std::string(32, 'c')),
+                     block(0, "xyz"), block(2, ""), block(3, zeros(100)), block(4, "x")});
   // At a distance from the records.
-  EXPECT_EQ(import(extended(small(), "12345" + all, 5)), result::import_complete);
+  ASSERT_EQ(import(extended(small(), "12345" + all, 5)), result::import_complete);
+  const auto records = objects<CM2ReelInfo>(edl->reel_records());
+  ASSERT_EQ(records.size(), 1U);
+  EXPECT_THAT(records[0]->m_bytes, testing::Each('c'));
   EXPECT_EQ(import(extended(small(), "12345" + all, 6)), result::damaged);
 }
 
