@@ -15,17 +15,18 @@ namespace cli {
 
 struct ChannelWindow {
   // From 1.
-  unsigned first = 1;
-  unsigned count = 0;
+  std::uint16_t first = 1;
+  std::uint16_t count = 0;
 };
 
 struct Arguments {
   embedded::EmbeddedOptions host;
+  // Without its channel map: see conversion_settings.
   EDL_CONVERSION_SETTINGS settings;
-  // What settings.channel_map points to, when one was given.
-  std::array<std::uint16_t, 20> channel_map{};
+  std::optional<std::array<std::uint16_t, 20>> channel_map;
   FormatOptions format;
 
+  // As the person typed them; names of formats are not looked up yet.
   std::string from;
   std::string to;
   std::string input;
@@ -36,14 +37,16 @@ struct Arguments {
   std::optional<ChannelWindow> channels;
   int export_flag = 0;
   bool json = false;
-  bool classic = false;
 };
 
-// Options of reading a list, of the host, and of writing a list. The parsed values
-// go into `arguments`, which must outlive the parsing.
+// The settings with their channel map, which lives in `arguments`.
+[[nodiscard]] EDL_CONVERSION_SETTINGS conversion_settings(const Arguments& arguments);
+
+// Options of reading a list, of the host, of the formats, and of writing a list. The
+// parsed values go into `arguments`, which must outlive the parsing.
 void add_input_options(CLI::App& command, Arguments& arguments);
 void add_host_options(CLI::App& command, Arguments& arguments);
-void add_settings_options(CLI::App& command, Arguments& arguments);
+void add_format_options(CLI::App& command, Arguments& arguments);
 void add_output_options(CLI::App& command, Arguments& arguments);
 
 }  // namespace cli

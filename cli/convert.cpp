@@ -1,72 +1,56 @@
-#include <algorithm>
-#include <cerrno>
-#include <cstring>
+#include <csignal>
 
 #include "cli/commands.h"
+#include "cli/file_checks.h"
 #include "cli/import_run.h"
 #include "cli/messages.h"
+#include "cli/outcome.h"
 #include "cli/output_guard.h"
+#include "core/generic_edl_entry.h"
 #include "host/framework/file_exception.h"
 
 namespace cli {
 
 namespace {
 
-// The format that was asked for, else that of the input where the name fits it,
-// else the one whose extension the name has.
-const FormatRow* output_format(std::span<const FormatRow> rows, const Arguments& arguments,
-                               const FormatRow& input) {
-  if (!arguments.to.empty()) {
-    const FormatRow* const row = find_format(rows, arguments.to);
-    if (row == nullptr) tell("there is no format \"" + arguments.to + "\"");
-    return row;
-  }
-  if (fits_extension(input, arguments.output)) return &input;
-  const FormatRow* const row = format_for_output(rows, arguments.output);
+// Tells that no format, or none that can be written, was named.
+const FormatRow* named_format(std::span<const FormatRow> rows, const std::string& name) {
+  const FormatRow* const row = find_format(rows, name);
+  if (row != nullptr && row->exports) return row;
+  tell(row == nullptr ? "there is no format \"" + name + "\"; \"edlconv formats\" lists them"
+                      : std::string(row->title) + " can only be read");
+  return nullptr;
+}
+
+// The format of the input where the name fits it, else the first one whose extension
+// the name has. Null with the reason told.
+const FormatRow* format_by_name(std::span<const FormatRow> rows, const std::string& path,
+                                const FormatRow& input) {
+  if (input.exports && fits_extension(input, path)) return &input;
+  const FormatRow* const row = format_for_output(rows, path);
   if (row == nullptr) {
-    tell("the name " + arguments.output + " does not say which format to write");
-    hint("name it with --to; \"edlconv formats\" lists the formats");
+    tell("the name " + path + " does not say which format to write");
+    hint("--to names it; \"edlconv formats\" lists the formats");
   }
   return row;
 }
 
-std::size_t count_of(const CObList* list) {
-  return list == nullptr ? 0 : static_cast<std::size_t>(list->GetCount());
-}
-
-// Tells of all that the list holds and the format does not carry; whether there was
-// any.
-bool tell_of_losses(const FormatRow& format, const CGenericEdl& edl) {
-  struct Loss {
-    bool carried;
-    std::size_t count;
-    const char* one;
-    const char* many;
-  };
-  const Loss losses[] = {
-      {format.carries.video, count_of(edl.get_video_list()), "video edit", "video edits"},
-      {format.carries.locators, count_of(edl.get_locator_list()), "locator", "locators"},
-      {format.carries.automation, count_of(edl.get_automation_list()), "run of automation",
-       "runs of automation"},
-      {format.carries.pq, count_of(edl.get_pq_list()), "disc index entry", "disc index entries"},
-  };
-  bool any = false;
-  for (const Loss& loss : losses) {
-    if (loss.carried || loss.count == 0) continue;
-    any = true;
-    warn(counted(loss.count, loss.one, loss.many) + " not written: " + std::string(format.title) +
-         " has no place for them");
+// Hands each edit the audio of its path. Whether all was found; what was not is told.
+bool find_audio(const CGenericEdl& edl, embedded::MediaLibrary& media) {
+  const CObList* const list = edl.get_generic_entry_list();
+  for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
+    auto* const entry = static_cast<CGenericEdlEntry*>(list->GetNext(at));
+    const std::u16string_view path = field_text(entry->file_path);
+    if (entry->audio_content != nullptr || path.empty()) continue;
+    entry->audio_content = media.find(path, entry->source_index);
   }
-  return any;
+  for (const embedded::MediaLibrary::Missing& missing : media.missing())
+    warn("no audio for " + missing.path + ": " + missing.reason);
+  if (!media.missing().empty()) hint("--media names a folder to look in");
+  return media.missing().empty();
 }
 
-bool boxes_told_of_losses(const embedded::EmbeddedBoxes& boxes) {
-  return boxes.suppressed() > 0 ||
-         std::any_of(boxes.shown().begin(), boxes.shown().end(), [](const embedded::ShownBox& box) {
-           return box.kind == embedded::BoxKind::error || box.kind == embedded::BoxKind::warning;
-         });
-}
-
+// An object of the format that works on the root's lists at the root's rates.
 std::unique_ptr<CGenericEdl> exporter(const FormatRow& format, CGenericEdl& root,
                                       const Arguments& arguments) {
   auto edl = format.make(&root, 0, arguments.format);
@@ -77,60 +61,74 @@ std::unique_ptr<CGenericEdl> exporter(const FormatRow& format, CGenericEdl& root
   return edl;
 }
 
-// Runs the export; exit_done when the file stands whole.
-ExitCode write_list(const FormatRow& format, CGenericEdl& root, const Arguments& arguments) {
-  OutputGuard guard(format.outputs(arguments.output));
-  if (!guard.ready()) return exit_failed;
-  const auto edl = exporter(format, root, arguments);
+// Runs the export. True when the system took every byte.
+bool export_to(CGenericEdl& edl, const FormatRow& format, const std::string& path, int flag) {
   try {
-    errno = 0;
-    const result_code code =
-        edl->export_edl(text_from_utf8(arguments.output).c_str(), arguments.export_flag);
-    if (code == result::not_done || code == result::not_opened) {
-      tell(arguments.output + " could not be written" +
-           (errno == 0 ? "" : std::string(": ") + std::strerror(errno)));
-      return exit_failed;
-    }
+    const result_code code = edl.export_edl(text_from_utf8(path).c_str(), flag);
     if (code != result::done) {
-      tell("the list does not fit the format " + std::string(format.title) + " (result " +
-           std::to_string(code) + "); nothing was written");
-      return exit_failed;
+      tell(why_not_exported(format, path, code));
+      return false;
     }
   } catch (const CFileException& failure) {
-    tell(arguments.output +
-         " could not be written: " + std::strerror(static_cast<int>(failure.m_lOsError)));
-    return exit_failed;
+    tell(path + " could not be written: " + error_text(static_cast<int>(failure.m_lOsError)));
+    return false;
   }
-  if (edl->output_incomplete() != 0) {
-    tell(arguments.output + " could not be written to its end; is the disk full?");
-    return exit_failed;
+  if (edl.output_incomplete() != 0) {
+    tell(path + " could not be written to its end; there may be no room left");
+    return false;
   }
-  guard.commit();
-  return exit_done;
+  return true;
+}
+
+// Whether nothing stands in the way of writing these files; what does is told.
+bool are_writable(const std::vector<std::string>& outputs) {
+  for (const std::string& output : outputs) {
+    if (const std::string reason = why_unwritable(output); !reason.empty()) {
+      tell(reason);
+      return false;
+    }
+    tell_of_files_set_aside(output);
+  }
+  return true;
+}
+
+bool write_list(const FormatRow& format, CGenericEdl& root, const Arguments& arguments) {
+  const std::string& path = arguments.output;
+  const std::vector<std::string> outputs = format.outputs(path);
+  OutputGuard guard(outputs);
+  if (!guard.ready()) return false;
+  const auto edl = exporter(format, root, arguments);
+  host().message_boxes().note_place(text_from_utf8(outputs.front()).c_str(), 0);
+  if (!export_to(*edl, format, path, arguments.export_flag) || !guard.commit()) return false;
+  if (outputs.front() != path) hint("the list is written as " + outputs.front());
+  return true;
 }
 
 }  // namespace
 
 int convert(std::span<const FormatRow> rows, const Arguments& arguments,
             embedded::EmbeddedHost& host) {
-  tell_of_files_set_aside(arguments.output);
-  const ImportRun run = import_list(rows, arguments);
-  if (run.exit != exit_done) return run.exit;
-  const FormatRow* const format = output_format(rows, arguments, *run.format);
+  // Whoever reads the messages may go; a file that grows too large is told of.
+  for (const int signal : {SIGPIPE, SIGXFSZ})
+    std::signal(signal, SIG_IGN);
+  const FormatRow* format = nullptr;
+  if (!arguments.to.empty()) {
+    format = named_format(rows, arguments.to);
+    if (format == nullptr) return exit_usage;
+  }
+  const InputFile input = open_input(rows, arguments);
+  if (input.exit != exit_done) return input.exit;
+  if (format == nullptr) format = format_by_name(rows, arguments.output, *input.format);
   if (format == nullptr) return exit_usage;
-  if (!format->exports) {
-    tell(std::string(format->title) + " can only be read");
-    return exit_usage;
-  }
+  if (!are_writable(format->outputs(arguments.output))) return exit_failed;
+  const ImportRun run = import_list(input, arguments);
+  if (run.exit != exit_done) return run.exit;
   const bool losses = tell_of_losses(*format, *run.edl);
-  if (const std::uint16_t skipped = run.edl->skipped_count(); skipped > 0) {
-    warn(counted(skipped, "line has", "lines have") + " a channel field of no known form");
-  }
-  const ExitCode written = write_list(*format, *run.edl, arguments);
-  if (written != exit_done) return written;
-  const bool complete =
-      !losses && run.edl->skipped_count() == 0 && !boxes_told_of_losses(host.boxes());
-  return complete ? exit_done : exit_incomplete;
+  const bool audio = !format->wants_audio || find_audio(*run.edl, host.media());
+  if (!write_list(*format, *run.edl, arguments)) return exit_failed;
+  const bool reports =
+      tell_of_reports(host.boxes(), run.edl->skipped_count(), arguments.output + " is written");
+  return losses || reports || !audio ? exit_incomplete : exit_done;
 }
 
 }  // namespace cli

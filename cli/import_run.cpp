@@ -1,13 +1,12 @@
 #include "cli/import_run.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 
+#include "cli/file_checks.h"
 #include "cli/messages.h"
 #include "host/framework/file_exception.h"
+#include "host/host.h"
+#include "host/message_boxes.h"
 #include "host/rates.h"
 
 namespace cli {
@@ -15,6 +14,7 @@ namespace cli {
 namespace {
 
 constexpr std::uint8_t assumed_sample_rate = 2;  // 48000
+constexpr std::uint8_t assumed_frame_rate = frame_rate_25;
 
 std::string head_of(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -24,139 +24,150 @@ std::string head_of(const std::string& path) {
   return head;
 }
 
-const FormatRow* input_format(std::span<const FormatRow> rows, const Arguments& arguments,
-                              const std::string& head) {
-  if (arguments.from.empty()) {
-    const FormatRow* const row = detect_format(rows, head, arguments.input);
+// The format that was named, else the one that is found; null with the reason told.
+const FormatRow* input_format(std::span<const FormatRow> rows, const std::string& name,
+                              const InputFile& input) {
+  if (name.empty()) {
+    const FormatRow* const row = detect_format(rows, input.head, input.path);
     if (row == nullptr) {
-      tell(arguments.input + (head.empty() ? " is empty" : " is of no format that is known here"));
-      hint("name its format with --from; \"edlconv formats\" lists them");
+      tell(input.path + " is of no format that is known here");
+      hint("--from names its format; \"edlconv formats\" lists them");
     }
     return row;
   }
-  const FormatRow* const row = find_format(rows, arguments.from);
-  if (row == nullptr) tell("there is no format \"" + arguments.from + "\"");
-  return row;
+  const FormatRow* const row = find_format(rows, name);
+  if (row == nullptr) {
+    tell("there is no format \"" + name + "\"; \"edlconv formats\" lists them");
+    return nullptr;
+  }
+  if (!row->imports) tell(std::string(row->title) + " can only be written");
+  return row->imports ? row : nullptr;
 }
 
-std::string frames_text(std::uint8_t frame_rate_index) {
-  static constexpr const char* names[] = {"24", "25", "29.97 non-drop", "29.97 drop", "30"};
-  return std::string(frame_rate_index < frame_rate_count ? names[frame_rate_index] : "25") +
-         " frames a second (--frame-rate)";
-}
-
-std::string samples_text(std::uint8_t sample_rate_index) {
-  return std::to_string(samples_per_second(sample_rate_index)) + " Hz (--sample-rate)";
-}
-
-// What stands in a list in front of the first event counts only where no rate was
-// given; so a rate is assumed beforehand only for a list that says none.
-EDL_DETAILS starting_details(const FormatRow& format, const Arguments& arguments,
-                             const std::string& head) {
+// What a list states in front of its first event counts only where no rate was
+// given; so a rate is assumed beforehand only for a list that states none.
+EDL_DETAILS starting_details(const InputFile& input, const Arguments& arguments) {
   EDL_DETAILS details;
   details.interactive = 1;
   if (arguments.sample_rate) {
     details.sample_rate_index = *arguments.sample_rate;
-  } else if (!format.states_sample_rate(head)) {
+  } else if (!input.format->states_sample_rate(input.head)) {
     details.sample_rate_index = assumed_sample_rate;
   }
   if (arguments.frame_rate) {
     details.frame_rate = *arguments.frame_rate;
-  } else if (!format.states_frame_rate(head)) {
-    details.frame_rate = frame_rate_25;
+  } else if (!input.format->states_frame_rate(input.head)) {
+    details.frame_rate = assumed_frame_rate;
   }
   return details;
 }
 
-void tell_of_rates(const FormatRow& format, const Arguments& arguments, const std::string& head,
-                   CGenericEdl& edl) {
-  EDL_DETAILS details;
-  edl.get_edl_details(&details);
-  if (details.frame_rate == rate_not_set) edl.set_frame_rate(frame_rate_25);
-  if (details.sample_rate_index == rate_not_set) edl.set_sample_rate_index(assumed_sample_rate);
-  const bool frames_assumed = !arguments.frame_rate && (!format.states_frame_rate(head) ||
-                                                        details.frame_rate == rate_not_set);
-  const bool samples_assumed =
-      !arguments.sample_rate &&
-      (!format.states_sample_rate(head) || details.sample_rate_index == rate_not_set);
-  const TimeBase base = edl.time_base();
-  if (frames_assumed && samples_assumed) {
-    warn("the list does not say its rates; taken are " + samples_text(base.sample_rate_index) +
-         " and " + frames_text(base.frame_rate_index));
-  } else if (frames_assumed) {
-    warn("the list does not say its frame rate; taken are " + frames_text(base.frame_rate_index));
-  } else if (samples_assumed) {
-    warn("the list does not say its sample rate; taken are " +
-         samples_text(base.sample_rate_index));
+std::string list_of(const std::vector<std::string>& parts) {
+  std::string all;
+  for (const std::string& part : parts)
+    all += (all.empty() ? "" : " and ") + part;
+  return all;
+}
+
+// Fills in rates that the list did not state after all, and tells of all rates that
+// nobody gave.
+void settle_rates(const InputFile& input, const Arguments& arguments, CGenericEdl& edl) {
+  const bool no_samples = edl.sample_rate_index() == rate_not_set;
+  const bool no_frames = edl.frame_rate() == rate_not_set;
+  if (no_samples) edl.set_sample_rate_index(assumed_sample_rate);
+  if (no_frames) edl.set_frame_rate(assumed_frame_rate);
+  std::vector<std::string> assumed;
+  std::vector<std::string> options;
+  if (!arguments.sample_rate && (no_samples || !input.format->states_sample_rate(input.head))) {
+    assumed.push_back(std::to_string(samples_per_second(edl.sample_rate_index())) + " Hz");
+    options.emplace_back("--sample-rate");
   }
-  if (!arguments.frame_rate && format.states_sample_rate == never_stated &&
-      details.frame_rate == frame_rate_2997_non_drop) {
-    hint(
-        "the list says NON-DROP and is read at 29.97 frames; if it counts 24, 25 or 30, give "
-        "--frame-rate");
+  if (!arguments.frame_rate && (no_frames || !input.format->states_frame_rate(input.head))) {
+    assumed.push_back(frame_rate_text(edl.frame_rate()) + " frames a second");
+    options.emplace_back("--frame-rate");
+  }
+  if (!assumed.empty()) {
+    warn(input.path + " states no such rate, so " + list_of(assumed) +
+         (assumed.size() == 1 ? " is assumed (" : " are assumed (") + list_of(options) + ")");
+  }
+  if (!arguments.frame_rate && input.format->frame_rate_by_fcm &&
+      edl.frame_rate() == frame_rate_2997_non_drop) {
+    hint(input.path +
+         " says NON-DROP and is read at 29.97 frames a second; if it counts 24, 25 or 30, say so "
+         "with --frame-rate");
   }
 }
 
-// Why an import ended with a code other than success.
-std::string why_not_imported(const FormatRow& format, const std::string& path, result_code code) {
-  const std::string title(format.title);
+std::string why_not_imported(const InputFile& input, result_code code) {
+  const std::string title(input.format->title);
   switch (code) {
     case result::wrong_format:
-      return path + " is not a list of the format " + title;
+      return input.path + " is not a list of the format " + title + ", or holds no event of it";
     case result::damaged:
-      return path + " is damaged: the structure of a " + title + " file is broken";
+      return input.path + " is damaged: its structure is not that of a file of the format " + title;
     default: {
-      const std::string reason = why_unreadable(path);
-      return reason.empty() ? path + " could not be read as " + title : reason;
+      const std::string reason = why_unreadable(input.path);
+      return reason.empty() ? input.path + " could not be read as " + title : reason;
     }
+  }
+}
+
+// The result of the import, with the reason told unless the list was read.
+result_code read_into(CGenericEdl& edl, const InputFile& input) {
+  const std::u16string path = text_from_utf8(input.path);
+  host().message_boxes().note_place(path.c_str(), 0);
+  try {
+    const result_code code = edl.import_edl(path.c_str());
+    if (code != result::import_complete) tell(why_not_imported(input, code));
+    return code;
+  } catch (const CFileException& failure) {
+    tell(input.path +
+         " could not be read to its end: " + error_text(static_cast<int>(failure.m_lOsError)));
+    return result::not_done;
   }
 }
 
 }  // namespace
 
-std::string why_unreadable(const std::string& path) {
-  struct stat about {};
-  if (::stat(path.c_str(), &about) != 0) return path + ": " + std::strerror(errno);
-  if (S_ISDIR(about.st_mode)) return path + " is a folder";
-  errno = 0;
-  if (std::ifstream file(path, std::ios::binary); !file) {
-    return path + ": " + std::strerror(errno != 0 ? errno : EIO);
+InputFile open_input(std::span<const FormatRow> rows, const Arguments& arguments) {
+  InputFile input;
+  input.path = arguments.input;
+  if (!arguments.from.empty()) {
+    input.format = input_format(rows, arguments.from, input);
+    if (input.format == nullptr) {
+      input.exit = exit_usage;
+      return input;
+    }
   }
-  return {};
+  if (const std::string reason = why_unreadable(input.path); !reason.empty()) {
+    tell(reason);
+    return input;
+  }
+  input.head = head_of(input.path);
+  if (input.head.empty()) {
+    tell(input.path + " is empty");
+    return input;
+  }
+  if (input.format == nullptr) input.format = input_format(rows, {}, input);
+  if (input.format != nullptr) input.exit = exit_done;
+  return input;
 }
 
-ImportRun import_list(std::span<const FormatRow> rows, const Arguments& arguments) {
+ImportRun import_list(const InputFile& input, const Arguments& arguments) {
   ImportRun run;
-  if (const std::string reason = why_unreadable(arguments.input); !reason.empty()) {
-    tell(reason);
-    return run;
-  }
-  const std::string head = head_of(arguments.input);
-  run.format = input_format(rows, arguments, head);
-  if (run.format == nullptr) {
-    if (!arguments.from.empty()) run.exit = exit_usage;
-    return run;
-  }
-  run.edl = run.format->make(nullptr, 1, arguments.format);
-  run.edl->set_edl_conversion_settings(&arguments.settings);
-  const EDL_DETAILS details = starting_details(*run.format, arguments, head);
+  run.format = input.format;
+  run.edl = input.format->make(nullptr, 1, arguments.format);
+  const EDL_CONVERSION_SETTINGS settings = conversion_settings(arguments);
+  run.edl->set_edl_conversion_settings(&settings);
+  const EDL_DETAILS details = starting_details(input, arguments);
   run.edl->set_edl_details(&details);
-  try {
-    run.result = run.edl->import_edl(text_from_utf8(arguments.input).c_str());
-  } catch (const CFileException& failure) {
-    tell(arguments.input +
-         " could not be read to its end: " + std::strerror(static_cast<int>(failure.m_lOsError)));
-    return run;
-  }
-  if (run.result != result::import_complete) {
-    tell(why_not_imported(*run.format, arguments.input, run.result));
-    return run;
-  }
+  run.result = read_into(*run.edl, input);
+  if (run.result != result::import_complete) return run;
   run.exit = exit_done;
-  tell_of_rates(*run.format, arguments, head, *run.edl);
+  settle_rates(input, arguments, *run.edl);
   if (arguments.channels) {
     run.edl->offset_edl(static_cast<unsigned short>(arguments.channels->first - 1),
-                        static_cast<unsigned short>(arguments.channels->count));
+                        arguments.channels->count);
   }
   return run;
 }

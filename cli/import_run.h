@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 
 #include "cli/arguments.h"
@@ -11,6 +12,19 @@
 
 namespace cli {
 
+// The file to be read, looked at and not yet read.
+struct InputFile {
+  std::string path;
+  // Its first bytes.
+  std::string head;
+  const FormatRow* format = nullptr;
+  // exit_done when it can be read; else the reason has been told.
+  ExitCode exit = exit_bad_input;
+};
+
+// Finds out whether the input can be read, and as what.
+InputFile open_input(std::span<const FormatRow> rows, const Arguments& arguments);
+
 struct ImportRun {
   const FormatRow* format = nullptr;
   std::unique_ptr<CGenericEdl> edl;
@@ -19,11 +33,8 @@ struct ImportRun {
   ExitCode exit = exit_bad_input;
 };
 
-// Finds the format, gives the list its rates and settings, reads it, and applies
-// the channel window. Tells what a person needs to know.
-ImportRun import_list(std::span<const FormatRow> rows, const Arguments& arguments);
-
-// Why a file cannot be read; empty when nothing seems to be wrong with it.
-std::string why_unreadable(const std::string& path);
+// Gives a new list its settings and rates, reads the file into it, and applies the
+// channel window. Tells what a person needs to know.
+ImportRun import_list(const InputFile& input, const Arguments& arguments);
 
 }  // namespace cli

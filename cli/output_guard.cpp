@@ -4,15 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
 
+#include "cli/file_checks.h"
 #include "cli/messages.h"
 
 namespace cli {
@@ -20,57 +16,16 @@ namespace cli {
 namespace {
 
 constexpr const char* aside_suffix = ".before-edlconv";
-constexpr int most_aside = 1000;
+constexpr int most_aside = 100;
 
-// What a signal handler may still do: rename and unlink, on texts that stand
-// ready. One conversion writes at most a list and its companions.
-struct Rescue {
-  std::array<char, PATH_MAX> path{};
-  std::array<char, PATH_MAX> aside{};
-};
-constexpr std::size_t most_rescues = 8;
-std::array<Rescue, most_rescues> rescues;
-volatile std::sig_atomic_t rescue_count = 0;
-
-constexpr std::array<int, 3> ending_signals = {SIGINT, SIGTERM, SIGHUP};
-
-extern "C" void rescue_and_end(int signal) {
-  for (int i = 0; i < rescue_count; ++i) {
-    const Rescue& rescue = rescues[static_cast<std::size_t>(i)];
-    if (rescue.aside[0] != '\0') {
-      ::rename(rescue.aside.data(), rescue.path.data());
-    } else {
-      ::unlink(rescue.path.data());
-    }
-  }
-  ::_exit(128 + signal);
-}
-
-void arm(const std::string& path, const std::string& aside) {
-  const auto count = static_cast<std::size_t>(rescue_count);
-  if (count >= most_rescues || path.size() >= PATH_MAX || aside.size() >= PATH_MAX) return;
-  std::memcpy(rescues[count].path.data(), path.c_str(), path.size() + 1);
-  std::memcpy(rescues[count].aside.data(), aside.c_str(), aside.size() + 1);
-  rescue_count = rescue_count + 1;
-  for (const int signal : ending_signals)
-    std::signal(signal, rescue_and_end);
-}
-
-void disarm() {
-  rescue_count = 0;
-  for (const int signal : ending_signals)
-    std::signal(signal, SIG_DFL);
-}
-
-// The file that a path leads to, through links; the path itself when there is none.
-std::string real_path(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
-  return error ? path : real.string();
-}
-
+// The name under which the old file of `path` lies, from 1: those of killed runs
+// stay where they are.
 std::string aside_name(const std::string& path, int number) {
-  return path + aside_suffix + (number == 1 ? "" : "-" + std::to_string(number));
+  const std::string suffix = aside_suffix + (number == 1 ? "" : "-" + std::to_string(number));
+  const std::size_t slash = path.rfind('/');
+  const std::size_t name = path.size() - (slash == std::string::npos ? 0 : slash + 1);
+  const std::size_t surplus = name + suffix.size() > NAME_MAX ? name + suffix.size() - NAME_MAX : 0;
+  return path.substr(0, path.size() - surplus) + suffix;
 }
 
 bool exists(const std::string& path) {
@@ -78,9 +33,33 @@ bool exists(const std::string& path) {
   return ::lstat(path.c_str(), &about) == 0;
 }
 
+// Owner and mode as the old file had them, as far as the system lets us.
+void take_over_rights(const std::string& from, const std::string& to) {
+  struct stat old {};
+  struct stat now {};
+  if (::stat(from.c_str(), &old) != 0 || ::stat(to.c_str(), &now) != 0) return;
+  const bool same_owner = old.st_uid == now.st_uid && old.st_gid == now.st_gid;
+  // Whose owner cannot be kept must not become readable for that owner's group.
+  const bool owner_kept = same_owner || ::chown(to.c_str(), old.st_uid, old.st_gid) == 0;
+  const mode_t mode = old.st_mode & (owner_kept ? 0777U : 0700U | (now.st_mode & 077U));
+  if (::chmod(to.c_str(), mode) != 0) warn(to + " has not the access rights of the old file");
+}
+
+// Room may only run out when the file really goes to the disk.
+int error_of_sync(const std::string& path) {
+  const int opened = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (opened < 0) return errno;
+  // A file system that cannot do this has nothing to wait for.
+  const int error = ::fsync(opened) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
+  ::close(opened);
+  return error;
+}
+
 }  // namespace
 
-OutputGuard::OutputGuard(std::vector<std::string> outputs) {
+OutputGuard::OutputGuard(const std::vector<std::string>& outputs)
+    : list_(real_path(outputs.front())) {
+  const SignalPause pause;
   for (const std::string& output : outputs) {
     if (!set_aside(real_path(output))) {
       ready_ = false;
@@ -88,13 +67,13 @@ OutputGuard::OutputGuard(std::vector<std::string> outputs) {
       return;
     }
   }
+  rescue_.emplace(kept_);
 }
 
 bool OutputGuard::set_aside(const std::string& path) {
   struct stat about {};
   if (::stat(path.c_str(), &about) != 0) {
     kept_.push_back({path, ""});
-    arm(path, "");
     return true;
   }
   if (S_ISDIR(about.st_mode)) {
@@ -103,48 +82,77 @@ bool OutputGuard::set_aside(const std::string& path) {
   }
   if (!S_ISREG(about.st_mode)) return true;
   int number = 1;
-  while (number < most_aside && exists(aside_name(path, number)))
+  while (number <= most_aside && exists(aside_name(path, number)))
     ++number;
   const std::string aside = aside_name(path, number);
-  if (number == most_aside || ::rename(path.c_str(), aside.c_str()) != 0) {
-    tell(path + " could not be set aside: " + std::strerror(errno));
+  if (number > most_aside) {
+    tell("too many old files lie beside " + path + "; look at them and take them away");
+    return false;
+  }
+  if (::rename(path.c_str(), aside.c_str()) != 0) {
+    tell(path + " could not be set aside: " + error_text(errno));
     return false;
   }
   kept_.push_back({path, aside});
-  arm(path, aside);
   return true;
 }
 
-void OutputGuard::commit() {
-  committed_ = true;
-  disarm();
-  for (const Kept& kept : kept_) {
-    if (!kept.aside.empty()) ::unlink(kept.aside.c_str());
+bool OutputGuard::bring_to_disk() const {
+  if (!exists(list_)) {
+    tell(list_ + " was not written");
+    return false;
   }
+  for (const KeptFile& kept : kept_) {
+    if (!exists(kept.path)) continue;
+    if (const int error = error_of_sync(kept.path); error != 0) {
+      tell(kept.path + " could not be brought to the disk: " + error_text(error));
+      return false;
+    }
+  }
+  return true;
+}
+
+bool OutputGuard::commit() {
+  if (!bring_to_disk()) return false;
+  const SignalPause pause;
+  rescue_.reset();
+  for (const KeptFile& kept : kept_) {
+    if (kept.aside.empty()) continue;
+    if (exists(kept.path)) {
+      take_over_rights(kept.aside, kept.path);
+      ::unlink(kept.aside.c_str());
+    } else if (::rename(kept.aside.c_str(), kept.path.c_str()) != 0) {
+      warn("the file that stood at " + kept.path + " now lies at " + kept.aside);
+    }
+  }
+  kept_.clear();
+  return true;
 }
 
 void OutputGuard::restore() {
-  // First of all: a signal in the middle must not undo what is brought back.
-  disarm();
-  for (const Kept& kept : kept_) {
+  const SignalPause pause;
+  rescue_.reset();
+  for (const KeptFile& kept : kept_) {
     if (kept.aside.empty()) {
       ::unlink(kept.path.c_str());
     } else if (::rename(kept.aside.c_str(), kept.path.c_str()) != 0) {
-      tell("the file that stood at " + kept.path + " now lies at " + kept.aside);
+      warn("the file that stood at " + kept.path + " now lies at " + kept.aside);
     }
   }
   kept_.clear();
 }
 
 OutputGuard::~OutputGuard() {
-  if (!committed_) restore();
+  restore();
 }
 
 void tell_of_files_set_aside(const std::string& path) {
   const std::string real = real_path(path);
-  for (int number = 1; number < most_aside && exists(aside_name(real, number)); ++number) {
+  for (int number = 1; number <= most_aside; ++number) {
+    const std::string aside = aside_name(real, number);
+    if (!exists(aside)) continue;
     warn("an earlier run was stopped while it wrote " + path +
-         "; the file that stood there lies at " + aside_name(real, number));
+         "; the file that stood there before lies at " + aside);
   }
 }
 

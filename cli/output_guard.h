@@ -3,39 +3,43 @@
 // under names that say what they are ("film.edl.before-edlconv").
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "cli/rescue.h"
 
 namespace cli {
 
 class OutputGuard {
  public:
-  // `outputs` are the files that the export may write. Those that stand there are
-  // set aside. What is no plain file, such as a device, is left alone.
-  explicit OutputGuard(std::vector<std::string> outputs);
-  // Without a commit: removes what was written and brings the old files back.
+  // `outputs` are the files that the export may write, the list itself first. Those
+  // that stand there are set aside. What is no plain file, such as a device, is left
+  // alone.
+  explicit OutputGuard(const std::vector<std::string>& outputs);
+  // Without a commit: removes what was written and brings the old files back. So
+  // does a signal that ends the program.
   ~OutputGuard();
   OutputGuard(const OutputGuard&) = delete;
   OutputGuard& operator=(const OutputGuard&) = delete;
 
   // False, with the reason told, when an old file could not be set aside.
   [[nodiscard]] bool ready() const { return ready_; }
-  // The export succeeded: the old files go.
-  void commit();
+  // The export succeeded: once the new files are safe on the disk, they take over
+  // owner and mode of the old ones, which go. An old file that was not written anew
+  // comes back. False, with the reason told and all as before, when the list is not
+  // there or cannot be brought to the disk.
+  [[nodiscard]] bool commit();
 
  private:
-  struct Kept {
-    std::string path;
-    // Empty when nothing stood there.
-    std::string aside;
-  };
-
   bool set_aside(const std::string& path);
+  bool bring_to_disk() const;
   void restore();
 
-  std::vector<Kept> kept_;
+  std::string list_;
+  std::vector<KeptFile> kept_;
+  std::optional<Rescue> rescue_;
   bool ready_ = true;
-  bool committed_ = false;
 };
 
 // Tells of files that an earlier run, which was killed, has set aside for `path`.

@@ -6,7 +6,9 @@
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/exit_codes.h"
+#include "cli/help_texts.h"
 #include "cli/messages.h"
+#include "cli/text_table.h"
 #include "core/edl_conversion.h"
 #include "embedded/embedded_host.h"
 #include "host/host.h"
@@ -14,18 +16,6 @@
 namespace cli {
 
 namespace {
-
-constexpr const char* description =
-    "Turns edit lists into the files of other systems and back.\n\n"
-    "  edlconv convert film.edl film.adl        the formats are found by content and name\n"
-    "  edlconv convert --to cmx340 in.edl out   or named\n"
-    "  edlconv inspect film.edl                 shows what a list holds\n"
-    "  edlconv formats                          lists the formats\n";
-
-constexpr const char* footer =
-    "Exit codes: 0 done; 1 wrong use; 2 the input cannot be opened or is not of its format;\n"
-    "3 refused, or failed while writing; 4 done, but something was dropped on the way, which is\n"
-    "told on standard error.";
 
 // The host in force for one run, and the library opened for it.
 class Session {
@@ -41,6 +31,7 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
+  [[nodiscard]] bool opened() const { return opened_; }
   embedded::EmbeddedHost& host() { return host_; }
 
  private:
@@ -56,25 +47,58 @@ struct Commands {
 
 Commands add_commands(CLI::App& app, Arguments& arguments) {
   Commands commands{};
-  commands.convert = app.add_subcommand("convert", "Read one list and write it as another");
+  commands.convert = app.add_subcommand("convert", convert_summary);
   add_input_options(*commands.convert, arguments);
   add_output_options(*commands.convert, arguments);
-  add_host_options(*commands.convert, arguments);
-  add_settings_options(*commands.convert, arguments);
-  commands.inspect = app.add_subcommand("inspect", "Show what a list holds");
+  commands.inspect = app.add_subcommand("inspect", inspect_summary);
   add_input_options(*commands.inspect, arguments);
   commands.inspect->add_flag("--json", arguments.json, "As one JSON object, with every field");
-  add_host_options(*commands.inspect, arguments);
-  add_settings_options(*commands.inspect, arguments);
-  commands.formats = app.add_subcommand("formats", "List the formats");
+  for (CLI::App* const command : {commands.convert, commands.inspect}) {
+    add_host_options(*command, arguments);
+    add_format_options(*command, arguments);
+    command->footer(format_footer);
+  }
+  commands.formats = app.add_subcommand("formats", formats_summary);
   commands.formats->add_flag("--json", arguments.json, "As JSON");
   return commands;
+}
+
+// Breaks the help of options into lines that fit beside their names.
+class HelpFormatter final : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(name_width); }
+  std::string make_option_desc(const CLI::Option* option) const override {
+    return wrapped(CLI::Formatter::make_option_desc(option), page_width - name_width);
+  }
+
+ private:
+  static constexpr std::size_t page_width = 96;
+  static constexpr std::size_t name_width = 34;
+};
+
+// On its own page a command is told at length.
+void teach(const Commands& commands) {
+  if (commands.convert->parsed()) commands.convert->description(convert_lesson);
+  if (commands.inspect->parsed()) commands.inspect->description(inspect_lesson);
+  if (commands.formats->parsed()) commands.formats->description(formats_lesson);
+}
+
+std::string usage_message(const CLI::App* app, const CLI::Error& error) {
+  std::string command;
+  for (const CLI::App* const parsed : app->get_subcommands())
+    command += " " + parsed->get_name();
+  return std::string("edlconv: ") + error.what() + "\nedlconv: hint: \"edlconv" + command +
+         " --help\" tells more\n";
 }
 
 int run_command(std::span<const FormatRow> rows, const Commands& commands,
                 const Arguments& arguments) {
   if (commands.formats->parsed()) return list_formats(rows, arguments.json);
   Session session(arguments.host);
+  if (!session.opened()) {
+    tell("the conversion library is of another version");
+    return exit_failed;
+  }
   return commands.convert->parsed() ? convert(rows, arguments, session.host())
                                     : inspect(rows, arguments, session.host());
 }
@@ -82,14 +106,18 @@ int run_command(std::span<const FormatRow> rows, const Commands& commands,
 }  // namespace
 
 int run_program(std::span<const FormatRow> rows, int argc, const char* const* argv) {
-  CLI::App app(description, "edlconv");
-  app.footer(footer);
+  CLI::App app(program_description, "edlconv");
+  app.footer(program_footer);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.failure_message(usage_message);
   app.require_subcommand(1);
+  app.set_version_flag("--version", EDL_CONVERSION_VERSION);
   Arguments arguments;
   const Commands commands = add_commands(app, arguments);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
+    teach(commands);
     return app.exit(error) == 0 ? exit_done : exit_usage;
   }
   try {

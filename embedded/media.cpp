@@ -179,7 +179,8 @@ CAudCnt* MediaLibrary::search_below(const std::string& folder, const Parts& part
   for (const std::string& wanted : names_of(parts.back(), source_type)) {
     const std::string name = names_.find(at.empty() ? "/" : at, wanted);
     if (name.empty()) continue;
-    const std::string file = at + "/" + name;
+    std::string file = at;
+    file.append("/").append(name);
     CAudCnt* const source = audio_.source(file);
     if (source != nullptr) return source;
     if (unreadable.empty()) unreadable = file;

@@ -27,13 +27,23 @@ enum class HeadMatch {
   certain,
 };
 
-// What an edit list holds beside its audio edits; a format carries some of it.
+// What an edit list holds beside its audio edits; a format carries some of it. The
+// program tells a person what a conversion leaves behind.
 struct Carries {
   bool video = false;
   bool locators = false;
   bool automation = false;
   bool pq = false;
 };
+
+// What rows point to when there is nothing special about them.
+inline bool never_stated(std::string_view /*head*/) {
+  return false;
+}
+inline bool always_stated(std::string_view /*head*/) {
+  return true;
+}
+std::vector<std::string> single_output(const std::string& path);
 
 struct FormatRow {
   // As it is typed, as it is read, and the usual extensions with their point, in
@@ -44,6 +54,11 @@ struct FormatRow {
   bool imports = true;
   bool exports = true;
   Carries carries;
+  // The export reads the audio of the edits, so it is looked for beforehand.
+  bool wants_audio = false;
+  // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
+  // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
+  bool frame_rate_by_fcm = false;
   // Makes an object on `parent`'s lists, or a root for null.
   std::unique_ptr<CGenericEdl> (*make)(CGenericEdl* parent, int interactive,
                                        const FormatOptions& options) = nullptr;
@@ -51,11 +66,12 @@ struct FormatRow {
   HeadMatch (*match)(std::string_view head) = nullptr;
   // Whether a file with this head says its own rates, so that none is to be
   // assumed before it is read.
-  bool (*states_sample_rate)(std::string_view head) = nullptr;
-  bool (*states_frame_rate)(std::string_view head) = nullptr;
-  // The files that an export to `path` (UTF-8) writes or deletes, the chief one
-  // first.
-  std::vector<std::string> (*outputs)(const std::string& path) = nullptr;
+  bool (*states_sample_rate)(std::string_view head) = never_stated;
+  bool (*states_frame_rate)(std::string_view head) = never_stated;
+  // The files that an export to `path` (UTF-8) may write or delete, the list itself
+  // first, under the name that it really gets. What stands there before is kept
+  // until the export has succeeded.
+  std::vector<std::string> (*outputs)(const std::string& path) = single_output;
 };
 
 // Bytes of a file that detection looks at.
@@ -67,20 +83,12 @@ std::span<const FormatRow> format_table();
 // Null for a name that no row has.
 const FormatRow* find_format(std::span<const FormatRow> rows, std::string_view name);
 
-// The row whose head fits best; among equals, and for a head that fits none, the
-// extension of `path` decides (without regard to case). Null when neither does.
+// The row that can be read and whose head fits best; among equals, and for a head
+// that fits none, the extension of `path` decides (without regard to case). Null
+// when neither does.
 const FormatRow* detect_format(std::span<const FormatRow> rows, std::string_view head,
                                std::string_view path);
 // Whether the extension of `path` is one of the format's.
 bool fits_extension(const FormatRow& row, std::string_view path);
-// The row for a file that is to be written, by its extension. Null for none.
+// The first row that can be written and has the extension of `path`. Null for none.
 const FormatRow* format_for_output(std::span<const FormatRow> rows, std::string_view path);
-
-// What rows point to when there is nothing special about them.
-inline bool never_stated(std::string_view /*head*/) {
-  return false;
-}
-inline bool always_stated(std::string_view /*head*/) {
-  return true;
-}
-std::vector<std::string> single_output(const std::string& path);

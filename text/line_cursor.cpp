@@ -1,6 +1,9 @@
 #include "text/line_cursor.h"
 
-#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "host/text_format.h"
 
 namespace {
 
@@ -39,6 +42,21 @@ std::int32_t digits_value(std::u16string_view text) {
   return static_cast<std::int32_t>(value);
 }
 
+float level_value(std::u16string_view word) {
+  constexpr double limit = std::numeric_limits<float>::max();
+  double level = 0;
+  return scan_number(word, level) && std::abs(level) <= limit ? static_cast<float>(level) : 0.0F;
+}
+
 std::uint16_t event_number_value(std::u16string_view text) {
   return static_cast<std::uint16_t>(digits_value(text));
+}
+
+std::u16string_view LineCursor::peek() {
+  while (!ended(at_) && parts_words(*at_))
+    ++at_;
+  std::size_t length = 0;
+  while (length < longest_token && !ended(at_ + length) && !parts_words(at_[length]))
+    ++length;
+  return {at_, length};
 }

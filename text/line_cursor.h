@@ -1,6 +1,7 @@
 // Reading a line word by word. Words are parted by blanks, TABs and LFs.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -23,25 +24,51 @@ EDL_API std::int32_t digits_value(std::u16string_view text);
 // An event number: the low 16 bits of that value.
 EDL_API std::uint16_t event_number_value(std::u16string_view text);
 
+// A word as the terminated text that setters take, cut at size - 1 units.
+template <std::size_t size>
+class TerminatedText {
+ public:
+  explicit TerminatedText(std::u16string_view word) {
+    const std::size_t kept = std::min(word.size(), size - 1);
+    std::copy_n(word.data(), kept, text_);
+    text_[kept] = u'\0';
+  }
+  operator const wide_char*() const { return text_; }  // NOLINT: it stands for its text
+
+ private:
+  wide_char text_[size];
+};
+
+// The number at the head of a word as a level; 0 for none, and for one that no level
+// can be.
+EDL_API float level_value(std::u16string_view word);
+
 // Hands out the words of a line. The line must outlive the cursor and its words.
 class EDL_API LineCursor {
  public:
-  explicit LineCursor(std::u16string_view line) : rest_(line) {}
-  explicit LineCursor(const wide_char* line) : rest_(line, text_length(line)) {}
+  explicit LineCursor(std::u16string_view line)
+      : at_(line.empty() ? u"" : line.data()), end_(at_ + line.size()) {}
+  // Of a terminated line, which is read no further than the words that are asked for.
+  explicit LineCursor(const wide_char* line) : at_(line == nullptr ? u"" : line) {}
 
   // The next word, empty at the end of the line.
   std::u16string_view next() {
     const std::u16string_view token = peek();
-    rest_.remove_prefix(token.size());
+    at_ += token.size();
     return token;
   }
   // The same without passing it; the space in front of it is passed.
-  std::u16string_view peek() {
-    rest_.remove_prefix(leading_space(rest_));
-    return leading_token(rest_);
+  std::u16string_view peek();
+  [[nodiscard]] std::u16string_view rest() const {
+    return {at_, end_ == nullptr ? text_length(at_) : static_cast<std::size_t>(end_ - at_)};
   }
-  [[nodiscard]] std::u16string_view rest() const { return rest_; }
+  // Where the rest begins. It is terminated where the line was.
+  [[nodiscard]] const wide_char* at() const { return at_; }
 
  private:
-  std::u16string_view rest_;
+  [[nodiscard]] bool ended(const wide_char* at) const { return at == end_ || *at == u'\0'; }
+
+  const wide_char* at_;
+  // Null for a line that ends at its terminator.
+  const wide_char* end_ = nullptr;
 };

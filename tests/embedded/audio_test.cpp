@@ -14,7 +14,6 @@
 namespace {
 
 using embedded::EmbeddedAudio;
-using support::Audio;
 using support::TempFolder;
 using Samples = std::vector<std::int32_t>;
 

@@ -1,13 +1,7 @@
-#include "cli/details_json.h"
+#include "cli/records_json.h"
 
 #include <memory>
-
-#include "core/generic_automation.h"
-#include "core/generic_edl_entry.h"
-#include "core/generic_edl_video_entry.h"
-#include "core/generic_locator_entry.h"
-#include "core/generic_pq_entry.h"
-#include "core/generic_reel.h"
+#include <span>
 
 namespace cli {
 
@@ -22,15 +16,17 @@ std::string field_json(const wide_char (&field)[size]) {
   return shown_text(field_text(field));
 }
 
-template <class T, class Make>
-Json list_json(const CObList* list, Make make) {
+Json times_json(std::span<const std::int64_t> times) {
   Json all = Json::array();
-  for (POSITION at = list == nullptr ? nullptr : list->GetHeadPosition(); at != nullptr;) {
-    if (auto* const object = static_cast<T*>(list->GetNext(at)); object != nullptr) {
-      all.push_back(make(*object));
-    }
-  }
+  for (const std::int64_t time : times)
+    all.push_back(time_json(time));
   return all;
+}
+
+}  // namespace
+
+std::string shown_text(std::u16string_view text) {
+  return utf8_from_text(trimmed_right(text));
 }
 
 Json entry_json(const CGenericEdlEntry& entry) {
@@ -81,10 +77,10 @@ Json entry_json(const CGenericEdlEntry& entry) {
   json["level_in"] = d.level_in;
   json["level_out"] = d.level_out;
   json["transition_type"] = d.transition_type;
-  json["original_dest_in"] = d.original_dest_in;
-  json["original_dest_out"] = d.original_dest_out;
-  json["original_source_in"] = d.original_source_in;
-  json["original_source_out"] = d.original_source_out;
+  json["original_dest_in"] = time_json(d.original_dest_in);
+  json["original_dest_out"] = time_json(d.original_dest_out);
+  json["original_source_in"] = time_json(d.original_source_in);
+  json["original_source_out"] = time_json(d.original_source_out);
   json["src_index"] = field_json(d.src_index);
   json["lw_channel_word"] = d.lw_channel_word;
   json["source_word"] = d.source_word;
@@ -118,14 +114,14 @@ Json video_entry_json(const CGenericEdlVideoEntry& entry) {
   json["source_timestamp"] = time_json(d.source_timestamp);
   json["detail_words"] = d.detail_words;
   json["transition_type"] = d.transition_type;
-  json["transition_times"] = d.transition_times;
+  json["transition_times"] = times_json(d.transition_times);
   json["gain"] = d.gain;
   return json;
 }
 
 Json pq_entry_json(const CGenericPQEntry& entry) {
-  return {{"position_a", entry.position_a},
-          {"position_b", entry.position_b},
+  return {{"position_a", time_json(entry.position_a)},
+          {"position_b", time_json(entry.position_b)},
           {"track_number", entry.track_number},
           {"index_number", entry.index_number},
           {"first_text", shown_text(entry.first_text.view())},
@@ -136,58 +132,34 @@ Json pq_entry_json(const CGenericPQEntry& entry) {
           {"third_text", shown_text(entry.third_text.view())}};
 }
 
-Json automation_run_json(const CGenericAutomationChunk& chunk) {
-  return {{"type", chunk.type},
-          {"channel", chunk.channel},
-          {"points", list_json<CGenericAutomationEntry>(
-                         chunk.points, [](const CGenericAutomationEntry& point) {
-                           return Json::array({point.time, point.value});
-                         })}};
+Json reel_json(const CGenericReel& reel) {
+  return {{"reel_name", field_json(reel.reel_name)},
+          {"frame_rate", reel.frame_rate()},
+          {"no_streams", reel.no_streams}};
 }
 
-}  // namespace
-
-std::string shown_text(std::u16string_view text) {
-  return utf8_from_text(trimmed_right(text));
-}
-
-Json entries_json(const CObList* entries) {
-  return list_json<CGenericEdlEntry>(entries, entry_json);
-}
-
-Json video_json(const CObList* entries) {
-  return list_json<CGenericEdlVideoEntry>(entries, video_entry_json);
-}
-
-Json reels_json(const CObList* reels) {
-  return list_json<CGenericReel>(reels, [](const CGenericReel& reel) -> Json {
-    return {{"reel_name", shown_text(field_text(reel.reel_name))},
-            {"frame_rate", reel.frame_rate()},
-            {"no_streams", reel.no_streams}};
-  });
-}
-
-Json pq_json(const CGenericEdl& edl) {
-  PQ_DETAILS details;
-  edl.get_pq_details(&details);
+Json pq_json(const PQ_DETAILS& details) {
   Json texts = Json::array();
   for (const auto& text : details.pq_text)
     texts.push_back(field_json(text));
-  return {{"catalogue", field_json(details.pq_catalogue)},
-          {"texts", texts},
-          {"word", details.pq_word},
-          {"entries", list_json<CGenericPQEntry>(edl.get_pq_list(), pq_entry_json)}};
+  return {
+      {"catalogue", field_json(details.pq_catalogue)}, {"texts", texts}, {"word", details.pq_word}};
 }
 
-Json locators_json(const CObList* locators) {
-  return list_json<CGenericLocatorEntry>(locators, [](const CGenericLocatorEntry& l) -> Json {
-    return {
-        {"time", l.time}, {"name", shown_text(l.name.view())}, {"locator_value", l.locator_value}};
-  });
+Json locator_json(const CGenericLocatorEntry& locator) {
+  return {{"time", time_json(locator.time)},
+          {"name", shown_text(locator.name.view())},
+          {"locator_value", locator.locator_value}};
 }
 
-Json automation_json(const CObList* chunks) {
-  return list_json<CGenericAutomationChunk>(chunks, automation_run_json);
+Json automation_json(const CGenericAutomationChunk& chunk) {
+  Json points = Json::array();
+  for (POSITION at = chunk.points == nullptr ? nullptr : chunk.points->GetHeadPosition();
+       at != nullptr;) {
+    const auto* const point = static_cast<CGenericAutomationEntry*>(chunk.points->GetNext(at));
+    points.push_back(Json::array({time_json(point->time), point->value}));
+  }
+  return {{"type", chunk.type}, {"channel", chunk.channel}, {"points", points}};
 }
 
 }  // namespace cli
