@@ -33,8 +33,6 @@ function(edl_add_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
-  target_compile_definitions(${name} PRIVATE EDL_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data"
-                                             EDL_TEST_GOLDEN="${CMAKE_SOURCE_DIR}/tests/golden")
   edl_set_warnings(${name})
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT 300)

@@ -147,7 +147,7 @@ class EDL_API CGenericEdl : public CObject {
   CObList* entry_list_ = nullptr;
   CObList reel_list{10};
   CObList* pq_list_ = nullptr;
-  wide_char pq_catalogue_[13];
+  wide_char pq_catalogue_[13] = {};
   wide_char pq_text_[pq_text_count][128] = {};
   std::uint16_t pq_word_ = 0;
   CObList* locator_list_ = nullptr;

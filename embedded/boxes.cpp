@@ -117,10 +117,21 @@ void EmbeddedBoxes::print(const ShownBox& box) {
   terminal_.write_line(line);
 }
 
+// The answer that the options give without asking anybody.
+std::optional<bool> EmbeddedBoxes::settled(const ShownBox& box) const {
+  const bool about_fades =
+      box.id == string_id::aaf_ask_default_fade || box.id == string_id::ask_crossfade_length;
+  if (about_fades && options_.crossfade_policy != CrossfadePolicy::ask)
+    return options_.crossfade_policy == CrossfadePolicy::adopt;
+  if (options_.assume) return options_.assume;
+  if (!terminal_.interactive()) return false;
+  return std::nullopt;
+}
+
 BoxAnswer EmbeddedBoxes::decide(const ShownBox& box, bool default_no) {
-  if (options_.assume || !terminal_.interactive()) {
+  if (const auto answer = settled(box); answer) {
     ShownBox answered = box;
-    answered.answer = options_.assume.value_or(false) ? BoxAnswer::yes : BoxAnswer::no;
+    answered.answer = *answer ? BoxAnswer::yes : BoxAnswer::no;
     print(answered);
     return answered.answer;
   }

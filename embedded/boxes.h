@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,8 @@ class EmbeddedBoxes final : public MessageBoxes {
 
   unsigned show(const wide_char* title, const wide_char* body, unsigned style) override;
   int ask_by_ids(unsigned title_id, unsigned text_id, unsigned buttons, unsigned icon) override;
+  // Whether to take the crossfade length or the default fade of a file is answered
+  // by the crossfade policy, unless that is to ask.
   int message(const wide_char* text, BoxIcon icon, BoxButtons buttons) override;
   void note_place(const wide_char* path, int line) override;
 
@@ -51,6 +54,7 @@ class EmbeddedBoxes final : public MessageBoxes {
  private:
   ShownBox& keep(BoxKind kind, unsigned id, std::u16string_view text);
   void print(const ShownBox& box);
+  [[nodiscard]] std::optional<bool> settled(const ShownBox& box) const;
   [[nodiscard]] BoxAnswer decide(const ShownBox& box, bool default_no);
 
   const EmbeddedOptions& options_;

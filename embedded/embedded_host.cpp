@@ -9,6 +9,7 @@ EmbeddedHost::EmbeddedHost(EmbeddedOptions options, int input, int output)
       terminal_(input, output),
       code_page_(make_code_page(options_.code_page)) {
   if (code_page_ == nullptr) code_page_ = make_code_page("windows-1252");
+  folders_.on_refresh = [this] { media_.forget(); };
 }
 
 EmbeddedHost::~EmbeddedHost() = default;

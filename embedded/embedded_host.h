@@ -9,9 +9,11 @@
 #include <memory>
 
 #include "embedded/application.h"
+#include "embedded/audio.h"
 #include "embedded/boxes.h"
 #include "embedded/dialogs.h"
 #include "embedded/folders.h"
+#include "embedded/media.h"
 #include "embedded/options.h"
 #include "embedded/settings.h"
 #include "embedded/strings.h"
@@ -50,6 +52,9 @@ class EmbeddedHost final : public Host {
   [[nodiscard]] Terminal& terminal() { return terminal_; }
   // Every box that was shown, in order.
   [[nodiscard]] const EmbeddedBoxes& boxes() const { return boxes_; }
+  // The audio of edits: after an import the program asks it for the source of each
+  // entry's path and hands that to the entry.
+  [[nodiscard]] MediaLibrary& media() { return media_; }
   // The readable copies of the reports that were written.
   [[nodiscard]] const EmbeddedViewer& reports() const { return viewer_; }
 
@@ -71,7 +76,8 @@ class EmbeddedHost final : public Host {
   EnglishStrings strings_;
   EmbeddedFolders folders_;
   EmbeddedApplication application_{options_, folders_};
-  PlainAudio audio_;
+  EmbeddedAudio audio_;
+  MediaLibrary media_{options_, audio_};
   SystemClock clock_;
   Switches corrections_{options_};
   EmbeddedDialogs dialogs_{options_, terminal_};

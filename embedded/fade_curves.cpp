@@ -20,7 +20,7 @@ double amplitude(double db) {
 // them is; at the ends a one-sided estimate, kept between flat and three times the
 // piece's own slope.
 Knots slopes_of(const Knots& y) {
-  std::array<double, pieces> rise;
+  std::array<double, pieces> rise{};
   for (std::size_t i = 0; i < pieces; ++i)
     rise[i] = (y[i + 1] - y[i]) / step;
   Knots slopes{};

@@ -24,7 +24,7 @@ using CorrectionSet = std::bitset<correction_names.size()>;
 // Sets one switch by its name, "NAME=on" or "NAME=off"; false for any other text.
 [[nodiscard]] bool set_correction(CorrectionSet& corrections, std::string_view assignment);
 
-// What becomes of a crossfade length that a list brings.
+// What becomes of a crossfade length, or of a default fade, that a file brings.
 enum class CrossfadePolicy { keep, adopt, ask };
 
 // Texts are UTF-8, paths as the system has them.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <limits>
 
 #include "embedded/user_folders.h"
@@ -54,9 +53,12 @@ std::string EmbeddedSettings::file() const {
 IniFile EmbeddedSettings::load() const {
   IniFile ini;
   std::ifstream in(file(), std::ios::binary);
-  std::string text(largest_file, '\0');
-  in.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(in.gcount()));
+  std::string text;
+  char part[4096];
+  while (in && text.size() < largest_file) {
+    in.read(part, sizeof part);
+    text.append(part, static_cast<std::size_t>(in.gcount()));
+  }
   ini.read(text);
   for (const std::string& each : options_.settings) {
     const auto setting = parse_setting(each);

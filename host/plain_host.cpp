@@ -82,7 +82,7 @@ Moment SystemClock::now() {
 
 std::array<std::uint8_t, 16> RandomIds::create() {
   std::random_device source;
-  std::array<std::uint8_t, 16> id;
+  std::array<std::uint8_t, 16> id{};
   for (auto& byte : id)
     byte = static_cast<std::uint8_t>(source());
   id[6] = static_cast<std::uint8_t>((id[6] & 0x0F) | 0x40);

@@ -39,7 +39,7 @@ bool is_tiny(std::string_view number) {
 }  // namespace
 
 std::u16string decimal(std::int64_t value, int width) {
-  std::array<char, 24> buffer;
+  std::array<char, 24> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
   std::string_view digits(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   std::u16string out;
@@ -57,7 +57,7 @@ std::u16string fixed_point(double value, int places) {
   if (std::isnan(value)) return u"nan";
   if (std::isinf(value)) return value < 0 ? u"-inf" : u"inf";
   // The longest double has 309 digits in front of the point.
-  std::array<char, 400> buffer;
+  std::array<char, 400> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                  std::chars_format::fixed, std::clamp(places, 0, most_places))
                        .ptr;

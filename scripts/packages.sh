@@ -1,6 +1,9 @@
 # Sourced by the entry scripts: installs what a Debian machine lacks.
 # shellcheck shell=bash
 
+# So that a second clone on the same machine finds what the first has compiled.
+export CCACHE_BASEDIR=${root:-} CCACHE_NOHASHDIR=1
+
 packages_build=(g++ cmake ninja-build ccache libsndfile1-dev libcli11-dev nlohmann-json3-dev)
 packages_test=(libgtest-dev libgmock-dev binutils)
 packages_check=(clang clang-format clang-tidy)
@@ -35,9 +38,12 @@ need_packages() {
   }
 }
 
-# configure_once PRESET: configures its build folder the first time.
+# configure_once PRESET: configures its build folder the first time. What cmake says
+# is shown only when it fails.
 configure_once() {
-  local folder="$root/build/$1"
+  local folder="$root/build/$1" said
   [[ -f $folder/build.ninja ]] && return 0
-  (cd "$root" && cmake --preset "$1") >&2
+  said=$(cd "$root" && cmake --preset "$1" 2>&1) && return 0
+  printf '%s\n' "$said" >&2
+  return 1
 }

@@ -5,6 +5,7 @@
 
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
+#include "text/event_line.h"
 #include "text/line_cursor.h"
 
 namespace {
@@ -31,15 +32,10 @@ constexpr bool is_known_length(std::size_t length) {
   return length == 1 || length == 2 || length == 4;
 }
 
-// Digits, or a word of three characters, may number an event.
-bool numbers_an_event(std::u16string_view token) {
-  return token.size() == 3 || (!token.empty() && all_digits(token));
-}
-
-std::u16string_view channel_token(const wide_char* text) {
-  LineCursor line(text);
+std::u16string_view channel_token(const wide_char* event) {
+  LineCursor line(event);
   const std::u16string_view number = line.next();
-  if (!numbers_an_event(number)) return {};
+  if (!text::numbers_an_event(number)) return {};
   line.next();
   return line.next();
 }
@@ -224,14 +220,6 @@ void CCMXEdl::parse_audio_line(CGenericEdlEntry* entry, const wide_char* text) {
   } else {
     take_fcm_or_comment(entry, text, settings().cmx_mapping_comments);
   }
-}
-
-void CCMXEdl::take_fcm_or_comment(CGenericEdlEntry* entry, const wide_char* text,
-                                  int allow_comments) {
-  LineCursor line(text);
-  const std::u16string_view word = line.next();
-  if (word.empty() || parse_fcm(word, line.rest()) != 0) return;
-  static_cast<void>(parse_comment(word, line.rest(), entry, allow_comments));
 }
 
 void CCMXEdl::take_aud_line(CGenericEdlEntry* entry, std::u16string_view rest) {

@@ -49,16 +49,11 @@ class EDL_API CCMXEdl : public CTextEdl {
   [[nodiscard]] virtual int cuts_only_wanted() const;
 
  protected:
-  // The columns in front of the channels: number and reel. Behind them: the times.
-  [[nodiscard]] static bool add_number_and_reel(CTextFile& file, const CGenericEdlEntry& entry);
-  [[nodiscard]] static bool add_times(CTextFile& file, const CGenericEdlEntry& entry);
   // Event number and reel of a line, into an audio or a video entry.
   static void take_number_and_reel(class LineCursor& line, CGenericEdlEntry& entry);
   static void take_number_and_reel(class LineCursor& line, CGenericEdlVideoEntry& entry);
   // Used fields of a line, by channel_map or else by the mode.
   void apply_channels(const int (&flags)[4], unsigned mode, CGenericEdlEntry* entry) const;
-  // The word that begins a line decides: an "FCM:" line, or a comment.
-  void take_fcm_or_comment(CGenericEdlEntry* entry, const wide_char* text, int allow_comments);
 
  private:
   void take_aud_line(CGenericEdlEntry* entry, std::u16string_view rest);

@@ -1,13 +1,9 @@
 // Markers of a cut to black, which become fade-outs of the edit before them.
-#include <algorithm>
-#include <map>
 #include <memory>
-#include <utility>
-#include <vector>
 
 #include "core/generic_edl_entry.h"
-#include "core/sample_math.h"
 #include "text/cmx_edl.h"
+#include "text/end_index.h"
 
 namespace {
 
@@ -30,41 +26,6 @@ bool on_black_reel(const CGenericEdlEntry& entry) {
 bool is_marker(const CGenericEdlEntry& entry) {
   return entry.dest_in == entry.dest_out;
 }
-
-// The entries before the walk, by stream 0 and destination out, so that the nearest
-// one that ends at a point is found at once.
-class EndIndex {
- public:
-  // Entries come in list order.
-  void add(CGenericEdlEntry* entry) { ends_[key_of(*entry)].emplace_back(count_++, entry); }
-
-  // The entry nearest before the walk that ends at `dest_out` on the stream.
-  [[nodiscard]] CGenericEdlEntry* nearest(unsigned short stream, std::int64_t dest_out) const {
-    const auto hit = ends_.find({stream, dest_out});
-    return hit == ends_.end() || hit->second.empty() ? nullptr : hit->second.back().second;
-  }
-
-  // Lets the nearest entry of its key end `length` later.
-  void grow_nearest(CGenericEdlEntry& entry, std::int64_t length) {
-    Ends& from = ends_[key_of(entry)];
-    const auto moved = from.back();
-    from.pop_back();
-    entry.source_out = plus(entry.source_out, length);
-    entry.dest_out = plus(entry.dest_out, length);
-    Ends& to = ends_[key_of(entry)];
-    to.insert(std::upper_bound(to.begin(), to.end(), moved), moved);
-  }
-
- private:
-  using Key = std::pair<unsigned short, std::int64_t>;
-  // Places in the list, rising, with their entries.
-  using Ends = std::vector<std::pair<std::size_t, CGenericEdlEntry*>>;
-
-  static Key key_of(const CGenericEdlEntry& entry) { return {entry.get_stream(0), entry.dest_out}; }
-
-  std::map<Key, Ends> ends_;
-  std::size_t count_ = 0;
-};
 
 class BlackFold {
  public:
@@ -97,10 +58,7 @@ class BlackFold {
     if (on_black_reel(*entry_at(list_, next))) remove(next);
     const CGenericEdlEntry& a = *entry_at(list_, marker);
     CGenericEdlEntry* const before = ends_.nearest(a.get_stream(0), a.dest_in);
-    if (before != nullptr) {
-      ends_.grow_nearest(*before, fade);
-      before->fade_out_length = fade;
-    }
+    if (before != nullptr) ends_.let_fade_out(*before, fade);
     POSITION stand = marker;
     list_.GetPrev(stand);
     remove(marker);
@@ -121,7 +79,7 @@ class BlackFold {
   }
 
   CObList& list_;
-  EndIndex ends_;
+  text::EndIndex ends_;
   // The first node that is not in the index; all before it are.
   POSITION unindexed_;
 };

@@ -1,6 +1,9 @@
 #include "text/line_cursor.h"
 
-#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "host/text_format.h"
 
 namespace {
 
@@ -37,6 +40,12 @@ std::int32_t digits_value(std::u16string_view text) {
     value = std::min<std::int64_t>(value * 10 + (c - u'0'), INT32_MAX);
   }
   return static_cast<std::int32_t>(value);
+}
+
+float level_value(std::u16string_view word) {
+  constexpr double limit = std::numeric_limits<float>::max();
+  double level = 0;
+  return scan_number(word, level) && std::abs(level) <= limit ? static_cast<float>(level) : 0.0F;
 }
 
 std::uint16_t event_number_value(std::u16string_view text) {

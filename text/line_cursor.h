@@ -1,6 +1,7 @@
 // Reading a line word by word. Words are parted by blanks, TABs and LFs.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -22,6 +23,25 @@ EDL_API bool all_digits(std::u16string_view text);
 EDL_API std::int32_t digits_value(std::u16string_view text);
 // An event number: the low 16 bits of that value.
 EDL_API std::uint16_t event_number_value(std::u16string_view text);
+
+// A word as the terminated text that setters take, cut at size - 1 units.
+template <std::size_t size>
+class TerminatedText {
+ public:
+  explicit TerminatedText(std::u16string_view word) {
+    const std::size_t kept = std::min(word.size(), size - 1);
+    std::copy_n(word.data(), kept, text_);
+    text_[kept] = u'\0';
+  }
+  operator const wide_char*() const { return text_; }  // NOLINT: it stands for its text
+
+ private:
+  wide_char text_[size];
+};
+
+// The number at the head of a word as a level; 0 for none, and for one that no level
+// can be.
+EDL_API float level_value(std::u16string_view word);
 
 // Hands out the words of a line. The line must outlive the cursor and its words.
 class EDL_API LineCursor {

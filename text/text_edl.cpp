@@ -9,6 +9,7 @@
 #include "core/sample_math.h"
 #include "host/host.h"
 #include "host/message_boxes.h"
+#include "text/dump_index.h"
 #include "text/line_cursor.h"
 
 namespace {
@@ -46,6 +47,7 @@ CTextEdl::~CTextEdl() {
 result_code CTextEdl::import_edl(const wide_char* path) {
   CTextFile file(line_file_size);
   set_field(path_, path);
+  dump_refused_ = false;
   if (!file.Open(path, CFile::modeRead | CFile::shareDenyWrite)) return result::not_done;
   const ReadingScope scope(*this, file);
   Run run{report_errors};
@@ -123,10 +125,13 @@ void CTextEdl::check_lengths(CGenericEdlEntry& entry, std::int32_t& flag) const 
 void CTextEdl::report(std::int32_t& flag, unsigned short error_index, int event_number,
                       int event_kind) const {
   if (flag == 0) return;
-  if (reading_ != nullptr) {
-    host().message_boxes().note_place(reading_->GetFilePath(), reading_->physical_line());
-  }
+  note_reading_place();
   flag = report_edl_conversion_error(error_index, 1, event_number, event_kind) == 0 ? 1 : 0;
+}
+
+void CTextEdl::note_reading_place() const {
+  if (reading_ == nullptr) return;
+  host().message_boxes().note_place(reading_->GetFilePath(), reading_->physical_line());
 }
 
 result_code CTextEdl::export_edl(const wide_char* path, int /*option*/) {

@@ -8,6 +8,8 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <string_view>
 
 #include "core/generic_edl.h"
@@ -22,6 +24,14 @@ inline constexpr unsigned short line_file_size = 250;
 inline constexpr int event_line_size = 151;
 // Room that get_format_name may fill.
 inline constexpr int format_name_size = 64;
+
+namespace text {
+class DumpIndex;
+}
+
+// The dump file beside a list: its path with the last three characters replaced by
+// "dmp". Empty for a path of fewer.
+EDL_API std::u16string dump_file_path(std::u16string_view edl_path);
 
 class EDL_API CTextEdl : public CGenericEdl {
  public:
@@ -116,7 +126,7 @@ class EDL_API CTextEdl : public CGenericEdl {
                                                        POSITION position) const;
   // The first entry of the dump list that covers this entry's source range (or any
   // when that is empty), on the same stream and a reel with the same first three
-  // characters.
+  // characters. Entries of the dump list keep their values once this was asked.
   [[nodiscard]] CGenericEdlEntry* find_dump_entry(const CGenericEdlEntry* entry) const;
   // Reads the dump file beside the list once: 1 when it is there.
   int load_dump();
@@ -137,6 +147,13 @@ class EDL_API CTextEdl : public CGenericEdl {
   // Passes a line that is no event to the hooks of the events behind which it
   // stands: 1 audio, 2 video, 3 both.
   void dispatch_line(int last_kind, const wide_char* text);
+  // The title line: the file's name padded to 10 characters, `note`, the format.
+  // 9 with nothing written when it does not fit.
+  result_code write_title(CTextFile& file, const wide_char* path, std::u16string_view note) const;
+  // A line behind an event that is an "FCM:" line or, by its first word, a comment.
+  void take_fcm_or_comment(CGenericEdlEntry* entry, const wide_char* text, int allow_comments);
+  // Tells the host where the reading stands, in front of a box.
+  void note_reading_place() const;
   // Names the file in reports while it is read.
   class ReadingScope {
    public:
@@ -168,8 +185,11 @@ class EDL_API CTextEdl : public CGenericEdl {
   void remove_black_pairs();
 
   int dump_loaded_ = 0;
+  bool dump_refused_ = false;
   wide_char path_[260] = {};
   CObList* dump_list_ = nullptr;
+  // Of the dump list as it last was.
+  mutable std::unique_ptr<text::DumpIndex> dump_index_;
   std::array<wide_char, 1024> token_ = {};
   const CTextFile* reading_ = nullptr;
 };

@@ -5,27 +5,20 @@
 #include "core/error_report.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
+#include "text/dump_index.h"
 #include "text/text_edl.h"
 
 namespace {
 
 constexpr std::u16string_view dump_reel = u"900";
 
-// Characters of a reel name by which a dump entry is found.
-struct ReelHead {
-  wide_char text[4];
-  explicit ReelHead(const CGenericEdlEntry& entry) { entry.get_reel_name(text, 4); }
-  friend bool operator==(const ReelHead& a, const ReelHead& b) {
-    return field_text(a.text) == field_text(b.text);
-  }
-};
-
-bool covers(const CGenericEdlEntry& dump, const CGenericEdlEntry& entry) {
-  return entry.source_in == entry.source_out ||
-         (dump.dest_in <= entry.source_in && dump.dest_out >= entry.source_out);
-}
-
 }  // namespace
+
+std::u16string dump_file_path(std::u16string_view edl_path) {
+  constexpr std::u16string_view ending = u"dmp";
+  if (edl_path.size() < ending.size()) return {};
+  return std::u16string(edl_path.substr(0, edl_path.size() - ending.size())).append(ending);
+}
 
 CObList* CTextEdl::get_dump_list() {
   if (dump_list_ == nullptr) dump_list_ = new CObList(10);
@@ -34,10 +27,12 @@ CObList* CTextEdl::get_dump_list() {
 
 int CTextEdl::load_dump() {
   if (dump_loaded_ == 1) return 1;
-  std::u16string name(field_text(path_));
-  if (name.size() < 3) return 0;
-  name.replace(name.size() - 3, 3, u"dmp");
+  const std::u16string name = dump_file_path(field_text(path_));
+  if (name.empty() || dump_refused_) return 0;
   const result_code code = read_dump_file(name.c_str());
+  // A missing file is cheap to ask for again; one of another form was read to its
+  // end, and would be at every line that wants it.
+  dump_refused_ = code == result::wrong_format;
   if (code == result::import_complete) dump_loaded_ = 1;
   if (code == result::not_done) dump_loaded_ = 0;
   return code == result::import_complete ? 1 : 0;
@@ -82,15 +77,10 @@ CGenericEdlEntry* CTextEdl::find_event_neighbour(const CGenericEdlEntry* entry,
 
 CGenericEdlEntry* CTextEdl::find_dump_entry(const CGenericEdlEntry* entry) const {
   if (dump_list_ == nullptr) return nullptr;
-  const ReelHead reel(*entry);
-  for (POSITION at = dump_list_->GetHeadPosition(); at != nullptr;) {
-    auto* const dump = static_cast<CGenericEdlEntry*>(dump_list_->GetNext(at));
-    if (dump->get_stream(0) == entry->get_stream(0) && covers(*dump, *entry) &&
-        ReelHead(*dump) == reel) {
-      return dump;
-    }
+  if (dump_index_ == nullptr || !dump_index_->is_of(*dump_list_)) {
+    dump_index_ = std::make_unique<text::DumpIndex>(*dump_list_);
   }
-  return nullptr;
+  return dump_index_->find(*entry);
 }
 
 void CTextEdl::resolve_dump_sources() {

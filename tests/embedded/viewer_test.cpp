@@ -15,7 +15,7 @@ using support::utf8;
 
 // A program that a test can launch.
 std::string script(const support::TempFolder& folder, const std::string& body) {
-  const std::string path = folder.file("viewer");
+  std::string path = folder.file("viewer");
   support::write_file(path, "#!/bin/sh\n" + body + "\n");
   ::chmod(path.c_str(), 0755);
   return path;

@@ -38,7 +38,7 @@ std::size_t first_difference(std::string_view a, std::string_view b) {
 std::string hex_dump(std::string_view bytes, std::size_t start, std::size_t count) {
   std::string out;
   const std::size_t end = std::min(bytes.size(), start + count);
-  std::array<char, 32> field;
+  std::array<char, 32> field{};
   for (std::size_t at = start; at < end; at += row) {
     std::snprintf(field.data(), field.size(), "%06zx ", at);
     out += field.data();
