@@ -315,6 +315,8 @@ TEST_F(ResolveTest, WithoutAPartner) {
   const auto e = resolved("001 AAAA 0 0 0 0 0\n002 900 0 300 400 0 100\n003 900 0 300 400 0 100\n",
                           "001 AAAA 0 9000 9500 250 750\n");
   EXPECT_EQ(reports(), (Texts{"[22252] [22257] 2", "[22252] [22257] 3"}));
+  EXPECT_EQ(host.boxes.shown[0].path, folder.file("list.edl"));
+  EXPECT_EQ(host.boxes.shown[0].line, 0) << "no line is being read";
   EXPECT_EQ(reel_of(*e[1]), u"900");
   EXPECT_EQ(e[1]->source_in, 300);
 }

@@ -410,6 +410,8 @@ TEST_F(TextEdlTest, AHeadLineAsksOnce) {
   ASSERT_EQ(host.boxes.shown.size(), 1U);
   EXPECT_EQ(host.boxes.shown[0].kind, support::BoxRecord::Kind::question);
   EXPECT_EQ(host.boxes.shown[0].text_id, 22386U);
+  EXPECT_EQ(host.boxes.shown[0].path, folder.file("list.edl"));
+  EXPECT_EQ(host.boxes.shown[0].line, 2);
   EXPECT_EQ(asking.frame_rate(), frame_rate_25) << "answered No";
 }
 
