@@ -212,23 +212,39 @@ std::int64_t CGenericEdlEntry::timecode_to_samples(const CString& text) const {
   return ::timecode_to_samples(base_of(owner), text.view());
 }
 
-void CGenericEdlEntry::set_source_in_string(const wide_char* text, unsigned short rate) {
+void CGenericEdlEntry::set_source_in_string(std::u16string_view text, unsigned short rate) {
   set_field(source_in_string, text);
-  source_in = timecode_to_samples(text);
+  source_in = ::timecode_to_samples(base_of(owner), text);
   frame_rate = rate;
 }
 
-void CGenericEdlEntry::set_source_out_string(const wide_char* text) {
+void CGenericEdlEntry::set_source_out_string(std::u16string_view text) {
   set_field(source_out_string, text);
-  source_out = timecode_to_samples(text);
+  source_out = ::timecode_to_samples(base_of(owner), text);
+}
+
+void CGenericEdlEntry::set_dest_in_string(std::u16string_view text) {
+  dest_in = ::timecode_to_samples(base_of(owner), text);
+}
+
+void CGenericEdlEntry::set_dest_out_string(std::u16string_view text) {
+  dest_out = ::timecode_to_samples(base_of(owner), text);
+}
+
+void CGenericEdlEntry::set_source_in_string(const wide_char* text, unsigned short rate) {
+  set_source_in_string(std::u16string_view(text, text_length(text)), rate);
+}
+
+void CGenericEdlEntry::set_source_out_string(const wide_char* text) {
+  set_source_out_string(std::u16string_view(text, text_length(text)));
 }
 
 void CGenericEdlEntry::set_dest_in_string(const wide_char* text) {
-  dest_in = timecode_to_samples(text);
+  set_dest_in_string(std::u16string_view(text, text_length(text)));
 }
 
 void CGenericEdlEntry::set_dest_out_string(const wide_char* text) {
-  dest_out = timecode_to_samples(text);
+  set_dest_out_string(std::u16string_view(text, text_length(text)));
 }
 
 void CGenericEdlEntry::update_reel_frame_rate() {

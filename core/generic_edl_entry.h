@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "core/entry_details.h"
 #include "host/framework/object.h"
@@ -85,9 +86,13 @@ class EDL_API CGenericEdlEntry : public CObject {
   // Convert a time code at the owner's rates. The source setters also keep its
   // first 11 characters.
   void set_source_in_string(const wide_char* text, unsigned short frame_rate);
+  void set_source_in_string(std::u16string_view text, unsigned short frame_rate);
   void set_source_out_string(const wide_char* text);
+  void set_source_out_string(std::u16string_view text);
   void set_dest_in_string(const wide_char* text);
+  void set_dest_in_string(std::u16string_view text);
   void set_dest_out_string(const wide_char* text);
+  void set_dest_out_string(std::u16string_view text);
 
   // Gives the reel the owner's original frame rate.
   void update_reel_frame_rate();

@@ -87,16 +87,32 @@ std::int64_t CGenericEdlVideoEntry::timecode_to_samples(const CString& text) con
   return ::timecode_to_samples(base_of(owner), text.view());
 }
 
+void CGenericEdlVideoEntry::set_source_in_string(std::u16string_view text) {
+  source_in = ::timecode_to_samples(base_of(owner), text);
+}
+
 void CGenericEdlVideoEntry::set_source_in_string(const wide_char* text) {
   source_in = timecode_to_samples(text);
+}
+
+void CGenericEdlVideoEntry::set_source_out_string(std::u16string_view text) {
+  source_out = ::timecode_to_samples(base_of(owner), text);
 }
 
 void CGenericEdlVideoEntry::set_source_out_string(const wide_char* text) {
   source_out = timecode_to_samples(text);
 }
 
+void CGenericEdlVideoEntry::set_dest_in_string(std::u16string_view text) {
+  dest_in = ::timecode_to_samples(base_of(owner), text);
+}
+
 void CGenericEdlVideoEntry::set_dest_in_string(const wide_char* text) {
   dest_in = timecode_to_samples(text);
+}
+
+void CGenericEdlVideoEntry::set_dest_out_string(std::u16string_view text) {
+  dest_out = ::timecode_to_samples(base_of(owner), text);
 }
 
 void CGenericEdlVideoEntry::set_dest_out_string(const wide_char* text) {

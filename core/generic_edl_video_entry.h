@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "core/entry_details.h"
 #include "host/framework/object.h"
@@ -31,9 +32,13 @@ class EDL_API CGenericEdlVideoEntry : public CObject {
   [[nodiscard]] std::int64_t timecode_to_samples(const wide_char* text) const;
   [[nodiscard]] std::int64_t timecode_to_samples(const CString& text) const;
   void set_source_in_string(const wide_char* text);
+  void set_source_in_string(std::u16string_view text);
   void set_source_out_string(const wide_char* text);
+  void set_source_out_string(std::u16string_view text);
   void set_dest_in_string(const wide_char* text);
+  void set_dest_in_string(std::u16string_view text);
   void set_dest_out_string(const wide_char* text);
+  void set_dest_out_string(std::u16string_view text);
   [[nodiscard]] int check_reel_name() const;
 
   void get_video_details(VIDEO_DETAILS* details) const;

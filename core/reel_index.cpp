@@ -16,10 +16,12 @@ std::u16string folded(std::u16string_view name) {
 
 CGenericReel* ReelIndex::find(const CObList& reels, std::u16string_view name) {
   if (reels.changes() != known_changes_) rebuild(reels);
+  // Events in a row often come from one reel.
+  if (last_ != nullptr && field_text(last_->reel_name) == name) return last_;
   const std::u16string key = folded(name);
   auto hit = first_by_name_.find(key);
   if (hit == first_by_name_.end()) return nullptr;
-  if (equal_no_case(field_text(hit->second->reel_name), name)) return hit->second;
+  if (equal_no_case(field_text(hit->second->reel_name), name)) return last_ = hit->second;
   // A reel was renamed under the index.
   rebuild(reels);
   hit = first_by_name_.find(key);
@@ -33,6 +35,7 @@ void ReelIndex::added(const CObList& reels, CGenericReel* reel) {
 
 void ReelIndex::rebuild(const CObList& reels) {
   first_by_name_.clear();
+  last_ = nullptr;
   for (POSITION at = reels.GetHeadPosition(); at != nullptr;) {
     auto* const reel = static_cast<CGenericReel*>(reels.GetNext(at));
     if (reel != nullptr) first_by_name_.try_emplace(folded(field_text(reel->reel_name)), reel);

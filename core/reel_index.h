@@ -24,5 +24,7 @@ class ReelIndex {
   void rebuild(const CObList& reels);
 
   std::unordered_map<std::u16string, CGenericReel*> first_by_name_;
+  // The last one found, as the index has it: the first of its name.
+  CGenericReel* last_ = nullptr;
   std::uint64_t known_changes_ = 0;
 };

@@ -5,3 +5,5 @@
 
 FormatRow cmx340_row();
 FormatRow cmx3600_row();
+FormatRow edl2_row();
+FormatRow chunked_row();

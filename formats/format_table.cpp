@@ -6,6 +6,8 @@ std::span<const FormatRow> format_table() {
   static const std::vector<FormatRow> rows = {
       cmx340_row(),
       cmx3600_row(),
+      edl2_row(),
+      chunked_row(),
   };
   return rows;
 }

@@ -195,7 +195,7 @@ result_code CCMXEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  read_four_times(entry, line.rest().data(), &negative);
+  read_four_times(entry, line.at(), &negative);
   entry->update_reel_frame_rate();
   return negative ? result::negative_time : result::line_good;
 }
@@ -209,7 +209,7 @@ result_code CCMXEdl::parse_video_event(CGenericEdlVideoEntry* entry, const wide_
   if (wipe) line.next();
   if (wipe || transition.starts_with(u'D')) line.next();
   entry->transition_type = transition_cut;
-  read_four_times(entry, line.rest().data());
+  read_four_times(entry, line.at());
   return result::line_good;
 }
 

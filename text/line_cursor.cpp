@@ -51,3 +51,12 @@ float level_value(std::u16string_view word) {
 std::uint16_t event_number_value(std::u16string_view text) {
   return static_cast<std::uint16_t>(digits_value(text));
 }
+
+std::u16string_view LineCursor::peek() {
+  while (!ended(at_) && parts_words(*at_))
+    ++at_;
+  std::size_t length = 0;
+  while (length < longest_token && !ended(at_ + length) && !parts_words(at_[length]))
+    ++length;
+  return {at_, length};
+}

@@ -46,22 +46,29 @@ EDL_API float level_value(std::u16string_view word);
 // Hands out the words of a line. The line must outlive the cursor and its words.
 class EDL_API LineCursor {
  public:
-  explicit LineCursor(std::u16string_view line) : rest_(line) {}
-  explicit LineCursor(const wide_char* line) : rest_(line, text_length(line)) {}
+  explicit LineCursor(std::u16string_view line)
+      : at_(line.empty() ? u"" : line.data()), end_(at_ + line.size()) {}
+  // Of a terminated line, which is read no further than the words that are asked for.
+  explicit LineCursor(const wide_char* line) : at_(line == nullptr ? u"" : line) {}
 
   // The next word, empty at the end of the line.
   std::u16string_view next() {
     const std::u16string_view token = peek();
-    rest_.remove_prefix(token.size());
+    at_ += token.size();
     return token;
   }
   // The same without passing it; the space in front of it is passed.
-  std::u16string_view peek() {
-    rest_.remove_prefix(leading_space(rest_));
-    return leading_token(rest_);
+  std::u16string_view peek();
+  [[nodiscard]] std::u16string_view rest() const {
+    return {at_, end_ == nullptr ? text_length(at_) : static_cast<std::size_t>(end_ - at_)};
   }
-  [[nodiscard]] std::u16string_view rest() const { return rest_; }
+  // Where the rest begins. It is terminated where the line was.
+  [[nodiscard]] const wide_char* at() const { return at_; }
 
  private:
-  std::u16string_view rest_;
+  [[nodiscard]] bool ended(const wide_char* at) const { return at == end_ || *at == u'\0'; }
+
+  const wide_char* at_;
+  // Null for a line that ends at its terminator.
+  const wide_char* end_ = nullptr;
 };

@@ -130,7 +130,7 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  read_four_times(entry, line.rest().data(), &negative);
+  read_four_times(entry, line.at(), &negative);
   return negative ? result::negative_time : result::line_good;
 }
 

@@ -73,7 +73,7 @@ std::u16string short_name(const CGenericEdlEntry& entry) {
   }
   const auto end = std::find_if(name.begin(), name.end(), is_white_space);
   name.erase(end, name.end());
-  name += decimal(entry.source_channel, 2);
+  name += decimal(static_cast<std::int32_t>(entry.source_channel), 2);
   name.resize(short_name_length, u' ');
   return name;
 }
@@ -209,7 +209,7 @@ result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char*
   }
   take_channels(line.next(), *entry);
   bool negative = false;
-  read_four_times(entry, line.rest().data(), &negative);
+  read_four_times(entry, line.at(), &negative);
   if (negative) *bad_time = 1;
   return negative ? result::negative_time : result::line_good;
 }

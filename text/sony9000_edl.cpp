@@ -176,7 +176,7 @@ result_code CSony9000Edl::parse_event(CGenericEdlEntry* entry, const wide_char* 
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  const int times = read_four_times(entry, line.rest().data(), &negative);
+  const int times = read_four_times(entry, line.at(), &negative);
   LineCursor behind(line.rest().substr(static_cast<std::size_t>(times)));
   const std::u16string_view field = behind.next();
   if (!field.empty() && parse_channels(entry, field, skip) == result::line_bad) {
@@ -196,7 +196,7 @@ result_code CSony9000Edl::parse_video_event(CGenericEdlVideoEntry* entry, const 
   }
   read_transition(line);
   entry->transition_type = transition_cut;
-  read_four_times(entry, line.rest().data());
+  read_four_times(entry, line.at());
   return result::line_good;
 }
 

@@ -13,7 +13,6 @@ constexpr std::u16string_view dump_reel = u"900";
 constexpr std::u16string_view dump_format = u"Multitrack Audio";
 
 // Four runs of nine digits with their separators are all that counts of a time.
-using TimeWord = TerminatedText<64>;
 
 // The file's name without its folder and extension. Folders end at "\\" or "/".
 std::u16string_view title_of(std::u16string_view path) {
@@ -118,6 +117,8 @@ int CTextEdl::parse_fcm(std::u16string_view word, std::u16string_view rest) {
   const std::u16string_view mode = LineCursor(rest).next();
   if (mode != u"DROP" && mode != u"NON-DROP") return 1;
   const unsigned char rate = mode == u"DROP" ? frame_rate_2997_drop : frame_rate_2997_non_drop;
+  // In front of the question that the rate may bring up.
+  note_reading_place();
   set_frame_rate(rate);
   // The file's rate counts for the reels of later events even where the list keeps
   // its own.
@@ -190,26 +191,24 @@ int CTextEdl::take_audio_mapping(std::u16string_view rest, CGenericEdlEntry* ent
 
 int CTextEdl::read_four_times(CGenericEdlEntry* entry, const wide_char* text,
                               bool* negative) const {
-  const std::u16string_view all(text, text_length(text));
-  LineCursor line(all);
+  LineCursor line(text);
   const auto next = [&line, negative](bool watched) {
     const std::u16string_view word = line.next();
     if (watched && word.starts_with(u'-')) *negative = true;
-    return TimeWord(word);
+    return word;
   };
   entry->set_source_in_string(next(true), time_base().frame_rate_index);
   entry->set_source_out_string(next(false));
   entry->set_dest_in_string(next(true));
   entry->set_dest_out_string(next(false));
-  return static_cast<int>(all.size() - line.rest().size());
+  return static_cast<int>(line.at() - text);
 }
 
 int CTextEdl::read_four_times(CGenericEdlVideoEntry* entry, const wide_char* text) {
-  const std::u16string_view all(text, text_length(text));
-  LineCursor line(all);
-  entry->set_source_in_string(TimeWord(line.next()));
-  entry->set_source_out_string(TimeWord(line.next()));
-  entry->set_dest_in_string(TimeWord(line.next()));
-  entry->set_dest_out_string(TimeWord(line.next()));
-  return static_cast<int>(all.size() - line.rest().size());
+  LineCursor line(text);
+  entry->set_source_in_string(line.next());
+  entry->set_source_out_string(line.next());
+  entry->set_dest_in_string(line.next());
+  entry->set_dest_out_string(line.next());
+  return static_cast<int>(line.at() - text);
 }

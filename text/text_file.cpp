@@ -35,14 +35,14 @@ bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* erro
 int CTextFile::get_line() {
   std::fill(line_buffer_.begin(), line_buffer_.end(), u'\0');
   read_position_ = 0;
-  do {
-    if (ReadString(line_buffer_.data(), static_cast<unsigned>(size_ - 1)) == nullptr) return 0;
-    std::replace(line_buffer_.begin(),
-                 line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_), u'\0', u' ');
-    ++line_number_;
-  } while (std::all_of(line_buffer_.begin(),
-                       line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_),
-                       [](wide_char c) { return c == u' '; }));
+  if (ReadString(line_buffer_.data(), static_cast<unsigned>(size_ - 1)) == nullptr) return 0;
+  // A line begins with a character that is none of those skipped in front of it, so it
+  // is never blank.
+  const auto line_end = line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_);
+  if (bytes_.find('\0') != std::string::npos) {
+    std::replace(line_buffer_.begin(), line_end, u'\0', u' ');
+  }
+  ++line_number_;
   return 1;
 }
 
@@ -61,18 +61,42 @@ wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
   while (is_skipped_at_start(byte))
     byte = next_byte();
   line_start_ = line_ends_ + 1;
-  while (!ends_file(byte) && !is_line_end(byte)) {
-    if (bytes_.size() < max) bytes_.push_back(static_cast<char>(byte));
-    byte = next_byte();
-  }
-  while (!bytes_.empty() && bytes_.back() == '\0')
+  if (ends_file(byte)) return nullptr;
+  bytes_.push_back(static_cast<char>(byte));
+  gather_line(max);
+  while (bytes_.back() == '\0')
     bytes_.pop_back();
-  if (bytes_.empty()) return nullptr;
+  decode_line(buffer, max);
+  return buffer;
+}
+
+// Takes the bytes up to the end of the line, at most `max` of the line in all, and
+// passes over its end.
+void CTextFile::gather_line(std::size_t max) {
+  for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
+    const auto* const line_end = std::find_if(bytes.begin(), bytes.end(), [](char c) {
+      return is_line_end(c) || static_cast<unsigned char>(c) == end_of_line_mark;
+    });
+    const auto length = static_cast<std::size_t>(line_end - bytes.begin());
+    bytes_.append(bytes.substr(0, std::min(length, max - bytes_.size())));
+    consume(length);
+    if (length < bytes.size()) break;
+  }
+  after_return_ = false;
+  next_byte();
+}
+
+void CTextFile::decode_line(wide_char* buffer, std::size_t max) {
+  if (const CodePage::ByteTable* const table = page_->byte_table(); table != nullptr) {
+    read_length_ = bytes_.size();
+    std::transform(bytes_.begin(), bytes_.end(), buffer,
+                   [table](char c) { return (*table)[static_cast<unsigned char>(c)]; });
+    return;
+  }
   decoded_.clear();
   page_->decode(bytes_, decoded_);
-  read_length_ = std::min<std::size_t>(decoded_.size(), max);
+  read_length_ = std::min(decoded_.size(), max);
   std::copy_n(decoded_.data(), read_length_, buffer);
-  return buffer;
 }
 
 void CTextFile::WriteString(std::u16string_view text) {

@@ -69,6 +69,8 @@ class EDL_API CTextFile : public CStdioFile {
 
  private:
   int next_byte();
+  void gather_line(std::size_t max);
+  void decode_line(wide_char* buffer, std::size_t max);
   [[nodiscard]] std::size_t skip_white_space(std::size_t at) const;
 
   std::vector<wide_char> line_buffer_;

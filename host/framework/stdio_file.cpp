@@ -67,10 +67,19 @@ void CStdioFile::flush_bytes() {
   }
 }
 
-int CStdioFile::fill() {
+std::string_view CStdioFile::buffered() {
+  if (read_at_ == read_end_ && !refill()) return {};
+  return {buffer_.data() + read_at_, read_end_ - read_at_};
+}
+
+bool CStdioFile::refill() {
   buffer_.resize(buffer_size);
   read_at_ = 0;
   read_end_ = Read(buffer_.data(), static_cast<unsigned>(buffer_size));
   offset_ += read_end_;
-  return read_end_ == 0 ? -1 : static_cast<unsigned char>(buffer_[read_at_++]);
+  return read_end_ != 0;
+}
+
+int CStdioFile::fill() {
+  return refill() ? static_cast<unsigned char>(buffer_[read_at_++]) : -1;
 }

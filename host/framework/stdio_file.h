@@ -33,12 +33,17 @@ class EDL_API CStdioFile : public CFile {
   int get_byte() {
     return read_at_ < read_end_ ? static_cast<unsigned char>(buffer_[read_at_++]) : fill();
   }
+  // The bytes that stand in the buffer, at least one unless the file has ended.
+  std::string_view buffered();
+  // Passes over that many of them.
+  void consume(std::size_t count) { read_at_ += count; }
   // Raises CFileException of cause 13 with the system's error when the buffer
   // cannot be written, and from then on at once: what was lost stays lost.
   void put_bytes(std::string_view bytes);
   void flush_bytes();
 
  private:
+  bool refill();
   int fill();
 
   static constexpr std::size_t buffer_size = 65536;
