@@ -21,7 +21,8 @@ class EDL_API CLWMultiChannelEdl : public CTextEdl {
   result_code import_edl(const wide_char* path) override;
   // Changes the entry list: fades become events of their own, unless cuts alone are
   // wanted, and with the export mode of two passes, entries become edits of the dump.
-  // 0, with the main file not touched, when a dump file is wanted and cannot be made.
+  // 0, with the main file not touched, when a dump file is wanted and cannot be made,
+  // or would have the name of the list.
   result_code export_edl(const wide_char* path, int option) override;
   unsigned short get_first_stream(const CGenericEdlEntry* entry) const override;
   result_code write_event(CTextFile& file, CGenericEdlEntry* entry) override;

@@ -183,8 +183,10 @@ result_code CLWMultiChannelEdl::write_dump(const wide_char* path) {
   if (list == nullptr || OverlapSearch(*list).next() == nullptr) return result::nothing_to_dump;
   const std::u16string name = dump_file_path({path, text_length(path)});
   CTextFile file(line_file_size);
-  // Before any edit is pointed into a dump that then does not come about.
-  if (name.empty() || !file.Open(name.c_str(), CFile::modeCreate | CFile::modeWrite)) {
+  // Before any edit is pointed into a dump that then does not come about, or that the
+  // list would write over.
+  if (name.empty() || name == path ||
+      !file.Open(name.c_str(), CFile::modeCreate | CFile::modeWrite)) {
     return result::not_done;
   }
   fill_dump_list();

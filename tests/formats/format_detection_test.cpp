@@ -77,6 +77,58 @@ TEST(DetectFormat, TitleNamesTheForm) {
   EXPECT_EQ(detected("TITLE: b          FORMAT: CMX 340 2-Ch \n", "b"), "cmx340");
 }
 
+TEST(DetectFormat, LineListsByTheirTitle) {
+  EXPECT_EQ(detected("TITLE: b          FORMAT: Sony-9000 \n", "b.edl"), "sony9000");
+  EXPECT_EQ(detected("TITLE: b          FORMAT: Grass Valley \n", "b.edl"), "grassvalley");
+  EXPECT_EQ(detected("TITLE: b          FORMAT: Multitrack Audio \n", "b.edl"),
+            "lightworks-multichannel");
+  EXPECT_EQ(detected("TITLE: b          (dump) FORMAT: Multitrack Audio \n", "b.dmp"),
+            "lightworks-multichannel");
+  const std::string columns = "EDT REL MODE  TYP P S   T     P-VTR IN\nBLOCK 001\n";
+  EXPECT_EQ(detected("TITLE: b\n\n" + columns + plain_event, "b.edl"), "sony9000");
+  EXPECT_EQ(detected("TITLE: b FORMAT: CMX 3600 4-Ch\n" + columns, "b.edl"), "cmx3600");
+}
+
+TEST(DetectFormat, TablesAndNativeTextByTheirFirstLine) {
+  EXPECT_EQ(detected("\"OLEDB:Rev 1\"\n", "b.edl"), "lightworks");
+  EXPECT_EQ(detected(" \r\n\"OLEDB:Rev 1\"\r\n", "b"), "lightworks");
+  EXPECT_EQ(detected("x \"OLEDB:Rev 1\"\n", "b"), "none");
+  EXPECT_EQ(detected("Marlo v2.1 Text EDL (c) 1991-1994 Karsten Sound & Film Ltd\n", "b.edl"),
+            "native-text");
+  EXPECT_EQ(detected("> Marlo v2.1 Text EDL (c) 1991-1994 Karsten Sound & Film Ltd\n", "b"),
+            "native-text");
+  EXPECT_EQ(detected("Marlo v2.0 Text EDL\n", "b"), "none");
+}
+
+bool states_frame_rate(std::string_view name, std::string_view head) {
+  return find_format(format_table(), name)->states_frame_rate(head);
+}
+
+TEST(DetectFormat, HeadsThatStateTheirRates) {
+  EXPECT_TRUE(states_frame_rate("native-text", "x\nFRAME RATE=29.97 DROP\nSAMPLE RATE=48\n"));
+  EXPECT_FALSE(states_frame_rate("native-text", "FRAME RATE=UNKNOWN\nSAMPLE RATE=48\n"));
+  EXPECT_FALSE(states_frame_rate("native-text", "SAMPLE RATE=48\n"));
+  EXPECT_TRUE(find_format(format_table(), "native-text")->states_sample_rate(""));
+  EXPECT_TRUE(states_frame_rate("lightworks", "\"a\"\n\"A01\",\"NN\",\"01.000\"\n"));
+  EXPECT_TRUE(states_frame_rate("lightworks", "\"A01\",\"PR25.0\",\"01.000\"\n"));
+  EXPECT_FALSE(states_frame_rate("lightworks", "\"A01\",\"00012.000000\",\"01.000\"\n"));
+  EXPECT_FALSE(states_frame_rate("lightworks", "\"A01\",\"ENND\",\"NNX\"\n"));
+  for (const char* name : {"sony9000", "grassvalley", "lightworks-multichannel"}) {
+    EXPECT_TRUE(states_frame_rate(name, "TITLE: b\nFCM: DROP FRAME\n")) << name;
+    EXPECT_FALSE(states_frame_rate(name, "TITLE: b\n001 R A1\n")) << name;
+  }
+}
+
+TEST(FormatTable, DumpFileBelongsToTheOutput) {
+  const FormatRow& row = *find_format(format_table(), "lightworks-multichannel");
+  EXPECT_EQ(row.outputs("/x/b.edl"), (std::vector<std::string>{"/x/b.edl", "/x/b.dmp"}));
+  // Three characters of the name go, whatever they are.
+  EXPECT_EQ(row.outputs("b\xC3\xA4\xC3\xB6\xC3\xBC"),
+            (std::vector<std::string>{"b\xC3\xA4\xC3\xB6\xC3\xBC", "bdmp"}));
+  EXPECT_EQ(row.outputs("b.dmp"), std::vector<std::string>{"b.dmp"});
+  EXPECT_EQ(row.outputs("ab"), std::vector<std::string>{"ab"});
+}
+
 TEST(DetectFormat, TitleWinsOverExtension) {
   EXPECT_EQ(detected("TITLE: b          FORMAT: CMX 340 2-Ch \n", "b.edl"), "cmx340");
   EXPECT_EQ(detected("TITLE: b          FORMAT: CMX 3600 4-Ch \n", "b.cmx"), "cmx3600");

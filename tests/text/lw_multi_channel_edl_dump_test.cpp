@@ -143,6 +143,9 @@ TEST_F(MultiChannelDump, DumpThatCannotBeMadeEndsTheExport) {
   EXPECT_EQ(f.lw_channel_word, 0U);
   EXPECT_EQ(utf8(support::reel_of(f)), "AAAA");
   EXPECT_EQ(edl.export_edl(u"ab", 0), 0);
+  // One name for both would leave a list without its dump.
+  EXPECT_EQ(edl.export_edl(folder_.wide_file("list.dmp"), 0), 0);
+  EXPECT_FALSE(support::file_exists(folder_.file("list.dmp")));
 }
 
 TEST_F(MultiChannelDump, RefusedWritesOfTheDumpAreKnownAtTheEnd) {
