@@ -62,13 +62,6 @@ EDL_DETAILS starting_details(const InputFile& input, const Arguments& arguments)
   return details;
 }
 
-std::string list_of(const std::vector<std::string>& parts) {
-  std::string all;
-  for (const std::string& part : parts)
-    all += (all.empty() ? "" : " and ") + part;
-  return all;
-}
-
 // Fills in rates that the list did not state after all, and tells of all rates that
 // nobody gave.
 void settle_rates(const InputFile& input, const Arguments& arguments, CGenericEdl& edl) {
@@ -76,19 +69,19 @@ void settle_rates(const InputFile& input, const Arguments& arguments, CGenericEd
   const bool no_frames = edl.frame_rate() == rate_not_set;
   if (no_samples) edl.set_sample_rate_index(assumed_sample_rate);
   if (no_frames) edl.set_frame_rate(assumed_frame_rate);
-  std::vector<std::string> assumed;
-  std::vector<std::string> options;
-  if (!arguments.sample_rate && (no_samples || !input.format->states_sample_rate(input.head))) {
-    assumed.push_back(std::to_string(samples_per_second(edl.sample_rate_index())) + " Hz");
-    options.emplace_back("--sample-rate");
-  }
-  if (!arguments.frame_rate && (no_frames || !input.format->states_frame_rate(input.head))) {
-    assumed.push_back(frame_rate_text(edl.frame_rate()) + " frames a second");
-    options.emplace_back("--frame-rate");
-  }
-  if (!assumed.empty()) {
-    warn(input.path + " states no such rate, so " + list_of(assumed) +
-         (assumed.size() == 1 ? " is assumed (" : " are assumed (") + list_of(options) + ")");
+  const std::string hertz = std::to_string(samples_per_second(edl.sample_rate_index())) + " Hz";
+  const std::string frames = frame_rate_text(edl.frame_rate()) + " frames a second";
+  const bool samples_assumed =
+      !arguments.sample_rate && (no_samples || !input.format->states_sample_rate(input.head));
+  const bool frames_assumed =
+      !arguments.frame_rate && (no_frames || !input.format->states_frame_rate(input.head));
+  if (samples_assumed && frames_assumed) {
+    warn(input.path + " does not say its rates; " + hertz + " and " + frames +
+         " are assumed (--sample-rate, --frame-rate)");
+  } else if (samples_assumed) {
+    warn(input.path + " does not say its sample rate; " + hertz + " is assumed (--sample-rate)");
+  } else if (frames_assumed) {
+    warn(input.path + " does not say its frame rate; " + frames + " is assumed (--frame-rate)");
   }
   if (!arguments.frame_rate && input.format->frame_rate_by_fcm &&
       edl.frame_rate() == frame_rate_2997_non_drop) {

@@ -57,9 +57,14 @@ bool tell_of_losses(const FormatRow& format, const CGenericEdl& edl) {
 
 bool tell_of_reports(const embedded::EmbeddedBoxes& boxes, unsigned skipped,
                      const std::string& done) {
-  const auto reports = static_cast<std::size_t>(
-      std::count_if(boxes.shown().begin(), boxes.shown().end(), is_report));
-  const std::size_t unseen = boxes.suppressed();
+  const std::vector<embedded::ShownBox>& shown = boxes.shown();
+  const auto reports =
+      static_cast<std::size_t>(std::count_if(shown.begin(), shown.end(), is_report));
+  // Once reporting has stopped, nobody counts what else there was.
+  const bool stopped = boxes.suppressed() > 0 ||
+                       std::any_of(shown.begin(), shown.end(), [](const embedded::ShownBox& box) {
+                         return box.answer == embedded::BoxAnswer::stop;
+                       });
   if (skipped > 0) {
     warn(counted(skipped, "event has", "events have") +
          " a channel field of no known form, and so no track");
@@ -67,9 +72,9 @@ bool tell_of_reports(const embedded::EmbeddedBoxes& boxes, unsigned skipped,
   if (reports > 0) {
     warn(done + ", but not all went well: " +
          counted(reports, "report stands above", "reports stand above") +
-         (unseen == 0 ? "" : ", and " + counted(unseen, "more was", "more were") + " not shown"));
+         (stopped ? ", and there may be more (--max-reports)" : ""));
   }
-  return skipped > 0 || reports > 0 || unseen > 0;
+  return skipped > 0 || reports > 0 || stopped;
 }
 
 std::string why_not_exported(const FormatRow& format, const std::string& path, result_code code) {

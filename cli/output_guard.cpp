@@ -73,6 +73,10 @@ OutputGuard::OutputGuard(const std::vector<std::string>& outputs)
 bool OutputGuard::set_aside(const std::string& path) {
   struct stat about {};
   if (::stat(path.c_str(), &about) != 0) {
+    if (errno != ENOENT) {
+      tell(path + " cannot be written: " + error_text(errno));
+      return false;
+    }
     kept_.push_back({path, ""});
     return true;
   }

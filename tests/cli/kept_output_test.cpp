@@ -310,6 +310,22 @@ TEST_F(KeptList, LinkToNothingLeadsToTheNewList) {
   EXPECT_THAT(read_file(folder.file("target.edl")), HasSubstr("TITLE: out "));
 }
 
+TEST_F(KeptList, LinkThatLeadsToItself) {
+  fs::remove(out);
+  fs::create_symlink("out.edl", out);
+  const RunResult result = convert();
+  EXPECT_EQ(result.code, 3);
+  EXPECT_THAT(result.err, HasSubstr("Too many levels of symbolic links"));
+  EXPECT_EQ(fs::read_symlink(out), "out.edl");
+}
+
+TEST_F(KeptList, NameThatIsTooLong) {
+  const RunResult result =
+      run_edlconv(with_rates({"convert", in, folder.file(std::string(252, 'n') + ".edl")}));
+  EXPECT_EQ(result.code, 3);
+  EXPECT_THAT(result.err, HasSubstr("File name too long"));
+}
+
 TEST_F(KeptList, RightsOfTheOldFileAreTakenOver) {
   for (const mode_t mode : {0600U, 0664U, 0440U}) {
     ASSERT_EQ(::chmod(out.c_str(), mode), 0);

@@ -46,19 +46,23 @@ TEST_F(Rates, ASilentListStandsAt48000And25WithAWarning) {
   EXPECT_EQ(frame_rate, 1);
   EXPECT_EQ(source_in, 172800000);
   EXPECT_THAT(run.err, HasSubstr("warning: "));
-  EXPECT_THAT(run.err, HasSubstr("48000 Hz and 25 frames a second are assumed (--sample-rate and "
-                                 "--frame-rate)"));
+  EXPECT_THAT(run.err,
+              HasSubstr("in.edl does not say its rates; 48000 Hz and 25 frames a second are "
+                        "assumed (--sample-rate, --frame-rate)"));
 }
 
 TEST_F(Rates, OneThatIsGivenIsNotToldOf) {
   RunResult run = read(support::silent_list, {"--sample-rate", "44100"});
   EXPECT_EQ(sample_rate, 44100);
   EXPECT_EQ(source_in, 158760000);
-  EXPECT_THAT(run.err, HasSubstr("25 frames a second is assumed (--frame-rate)"));
+  EXPECT_THAT(
+      run.err,
+      HasSubstr("does not say its frame rate; 25 frames a second is assumed (--frame-rate)"));
   EXPECT_THAT(run.err, Not(HasSubstr("Hz")));
   run = read(support::silent_list, {"--frame-rate", "30"});
   EXPECT_EQ(frame_rate, 4);
-  EXPECT_THAT(run.err, HasSubstr("48000 Hz is assumed (--sample-rate)"));
+  EXPECT_THAT(run.err,
+              HasSubstr("does not say its sample rate; 48000 Hz is assumed (--sample-rate)"));
   run = read(support::silent_list, {"--frame-rate", "24", "--sample-rate", "96000"});
   EXPECT_EQ(frame_rate, 0);
   EXPECT_EQ(sample_rate, 96000);
