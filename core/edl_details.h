@@ -34,7 +34,7 @@ inline constexpr int pq_text_count = 7;
 struct PQ_DETAILS {
   // Thirteen characters without a terminator.
   wide_char pq_catalogue[13] = {};
-  // Disc-level texts, of at most 127 characters each.
+  // Disc-level texts; one of 128 characters has no terminator.
   wide_char pq_text[pq_text_count][128] = {};
   std::uint16_t pq_word = 0;
 };

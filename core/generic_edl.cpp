@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <unordered_set>
 
 #include "core/edl_rates.h"
@@ -43,7 +44,7 @@ void delete_automation_list(CObList* list) {
   delete list;
 }
 
-// Entries of a list that use one of the reels keep the reel's name and let it go.
+// Entries of a list that use one of the reels keep what they knew of it and let it go.
 template <class Entry>
 void detach_reels(const CObList* entries, const std::unordered_set<const CGenericReel*>& reels) {
   if (entries == nullptr) return;
@@ -51,6 +52,9 @@ void detach_reels(const CObList* entries, const std::unordered_set<const CGeneri
     auto* const entry = static_cast<Entry*>(entries->GetNext(at));
     if (entry == nullptr || !reels.contains(entry->reel)) continue;
     set_field(entry->reel_name, field_text(entry->reel->reel_name));
+    if constexpr (requires { entry->reel_no_streams; }) {
+      entry->reel_no_streams = entry->reel->no_streams;
+    }
     entry->reel = nullptr;
   }
 }
@@ -190,10 +194,12 @@ CGenericReel* CGenericEdl::find_or_add_reel(const wide_char* name) {
   if (CGenericReel* const known = reel_index_.find(reel_list, text); known != nullptr) {
     return known;
   }
-  auto reel = std::make_unique<CGenericReel>(text, frame_rate_);
+  // Without memory for it the list gets a null, and the entry keeps the name itself.
+  std::unique_ptr<CGenericReel> reel(new (std::nothrow)
+                                         CGenericReel(text, time_base().frame_rate_index));
   reel_list.AddTail(reel.get());
   CGenericReel* const added = reel.release();
-  reel_index_.added(reel_list, added);
+  if (added != nullptr) reel_index_.added(reel_list, added);
   return added;
 }
 

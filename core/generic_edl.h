@@ -79,9 +79,10 @@ class EDL_API CGenericEdl : public CObject {
 
   // The first reel of this name (ASCII case aside, compared whole), or a new one at
   // the tail of the list with this EDL's frame rate. Null where reels are not
-  // supported.
+  // supported, and where memory runs out: the list then gets a null.
   [[nodiscard]] CGenericReel* find_or_add_reel(const wide_char* name);
-  // Deletes the reels. Entries that used them keep the names in their own field.
+  // Deletes the reels. Entries that used them keep the names, and the stream counts
+  // of audio, in their own fields.
   void remove_all_reels();
   void show_reel_list() const;
 

@@ -7,6 +7,7 @@
 #include "core/generic_edl.h"
 #include "core/generic_reel.h"
 #include "core/reel_name.h"
+#include "host/rates.h"
 
 namespace {
 
@@ -248,14 +249,18 @@ void CGenericEdlEntry::set_dest_out_string(const wide_char* text) {
 }
 
 void CGenericEdlEntry::update_reel_frame_rate() {
-  if (reel != nullptr && owner != nullptr) reel->set_frame_rate(owner->original_frame_rate());
+  if (reel == nullptr || owner == nullptr) return;
+  // An object that was never given a rate converts at its root's.
+  const std::uint8_t rate = owner->original_frame_rate();
+  reel->set_frame_rate(rate == rate_not_set ? owner->time_base().frame_rate_index : rate);
 }
 
 void CGenericEdlEntry::check_reel_frame_rate() {
   if (reel == nullptr || reel->frame_rate() == frame_rate) return;
   const TimeBase base = base_of(owner);
   TimeBase at_reel_rate = base;
-  at_reel_rate.frame_rate_index = static_cast<std::uint8_t>(reel->frame_rate());
+  at_reel_rate.frame_rate_index =
+      static_cast<std::uint8_t>(std::min<std::uint16_t>(reel->frame_rate(), rate_not_set));
   frame_rate = reel->frame_rate();
   const auto move = [&](std::int64_t& samples, wide_char(&digits)[12]) {
     wide_char text[time_code_size];

@@ -98,7 +98,10 @@ void CGenericEdlEntry::set_entry_details(const ENTRY_DETAILS* details) {
   dest_in = d.dest_in;
   dest_out = d.dest_out;
   dest_length = d.dest_length;
-  set_reel_name(d.reel_name);
+  // The record's last place is a terminator whatever stands in it.
+  wide_char name[13];
+  set_field(name, field_text(d.reel_name));
+  set_reel_name(name);
   if (reel != nullptr) {
     reel->set_frame_rate(d.reel_frame_rate);
     reel->set_reel_no_streams(d.reel_no_streams);

@@ -173,7 +173,10 @@ void CGenericEdlVideoEntry::set_video_details(const VIDEO_DETAILS* details) {
   transition_type = d.transition_type;
   std::copy(std::begin(d.transition_times), std::end(d.transition_times), transition_times);
   gain = d.gain;
-  set_reel_name(d.reel_name);
+  // The record's last place is a terminator whatever stands in it.
+  wide_char name[13];
+  set_field(name, field_text(d.reel_name));
+  set_reel_name(name);
   if (reel_before != nullptr) reel_before->set_frame_rate(d.reel_frame_rate);
   set_fade_in_curve(d.fade_in_curve);
   set_fade_out_curve(d.fade_out_curve);

@@ -21,20 +21,78 @@ Entries entries_of(const CObList* list) {
   return entries;
 }
 
-// In destination order, none reaching into the next: then at most one entry covers
-// a point, and pieces can be found by halving. In any other list the first in list
-// order counts, and only a scan finds it.
-bool is_plain_timeline(const Entries& source) {
-  for (std::size_t i = 0; i < source.size(); ++i) {
-    if (source[i]->dest_out < source[i]->dest_in) return false;
-    if (i > 0 && source[i]->dest_in < source[i - 1]->dest_out) return false;
+// Closed ranges of destination in and destination out.
+struct Box {
+  std::int64_t in_from = INT64_MAX;
+  std::int64_t in_to = INT64_MIN;
+  std::int64_t out_from = INT64_MAX;
+  std::int64_t out_to = INT64_MIN;
+
+  void include(const Box& other) {
+    in_from = std::min(in_from, other.in_from);
+    in_to = std::max(in_to, other.in_to);
+    out_from = std::min(out_from, other.out_from);
+    out_to = std::max(out_to, other.out_to);
   }
-  return true;
-}
+  [[nodiscard]] bool meets(const Box& other) const {
+    return in_from <= other.in_to && other.in_from <= in_to && out_from <= other.out_to &&
+           other.out_from <= out_to;
+  }
+};
+
+// Finds the first entry in list order whose times lie in a box. A tree of boxes
+// over stretches of the list: where a stretch misses the box, none of its entries
+// is looked at. That takes few steps in a list that is in time order, as a whole or
+// channel by channel, and in any other no more than a scan.
+class TimesIndex {
+ public:
+  explicit TimesIndex(const Entries& entries) : entries_(entries) {
+    times_.reserve(entries.size());
+    for (const CGenericEdlEntry* x : entries)
+      times_.push_back({x->dest_in, x->dest_in, x->dest_out, x->dest_out});
+    while (leaves_ * leaf_size < times_.size())
+      leaves_ *= 2;
+    nodes_.resize(2 * leaves_);
+    for (std::size_t i = 0; i < times_.size(); ++i)
+      nodes_[leaves_ + i / leaf_size].include(times_[i]);
+    for (std::size_t node = leaves_; node-- > 1;) {
+      nodes_[node] = nodes_[2 * node];
+      nodes_[node].include(nodes_[2 * node + 1]);
+    }
+  }
+
+  [[nodiscard]] CGenericEdlEntry* first_in(const Box& box) const { return first_under(1, box); }
+
+ private:
+  static constexpr std::size_t leaf_size = 16;
+
+  [[nodiscard]] CGenericEdlEntry* first_under(std::size_t node, const Box& box) const {
+    if (!nodes_[node].meets(box)) return nullptr;
+    if (node >= leaves_) return first_of_leaf(node - leaves_, box);
+    CGenericEdlEntry* const left = first_under(2 * node, box);
+    return left != nullptr ? left : first_under(2 * node + 1, box);
+  }
+
+  [[nodiscard]] CGenericEdlEntry* first_of_leaf(std::size_t leaf, const Box& box) const {
+    const std::size_t end = std::min((leaf + 1) * leaf_size, times_.size());
+    for (std::size_t i = leaf * leaf_size; i < end; ++i) {
+      if (times_[i].meets(box)) return entries_[i];
+    }
+    return nullptr;
+  }
+
+  const Entries& entries_;
+  // Of each entry, a box of one point.
+  std::vector<Box> times_;
+  // The root is node 1, the children of node n are 2n and 2n + 1; the leaves stand
+  // at the end. A leaf behind the last entry keeps the box that meets nothing.
+  std::vector<Box> nodes_;
+  std::size_t leaves_ = 1;
+};
 
 class Pieces {
  public:
-  explicit Pieces(const Entries& source) : source_(source), plain_(is_plain_timeline(source)) {}
+  explicit Pieces(const Entries& source) : index_(source) {}
 
   // The pieces of [start, end) and whether they follow on one another up to its end.
   struct Found {
@@ -44,55 +102,23 @@ class Pieces {
   [[nodiscard]] Found search(std::int64_t start, std::int64_t end) const;
 
  private:
-  [[nodiscard]] CGenericEdlEntry* covering_start(std::int64_t start) const;
-  [[nodiscard]] CGenericEdlEntry* inside(std::int64_t start, std::int64_t end) const;
-  [[nodiscard]] CGenericEdlEntry* covering_end(std::int64_t end) const;
-
-  template <class Test>
-  [[nodiscard]] CGenericEdlEntry* first_that(Test test) const {
-    const auto at = std::find_if(source_.begin(), source_.end(), test);
-    return at == source_.end() ? nullptr : *at;
+  [[nodiscard]] CGenericEdlEntry* covering_start(std::int64_t start) const {
+    if (start == INT64_MAX) return nullptr;
+    return index_.first_in({INT64_MIN, start, start + 1, INT64_MAX});
   }
-
-  const Entries& source_;
-  bool plain_;
-};
-
-CGenericEdlEntry* Pieces::covering_start(std::int64_t start) const {
-  const auto covers = [start](const CGenericEdlEntry* x) {
-    return x->dest_in <= start && start < x->dest_out;
-  };
-  if (!plain_) return first_that(covers);
-  // The first entry that ends behind the point is the only one that can cover it.
-  const auto at =
-      std::partition_point(source_.begin(), source_.end(),
-                           [start](const CGenericEdlEntry* x) { return x->dest_out <= start; });
-  return at != source_.end() && covers(*at) ? *at : nullptr;
-}
-
-CGenericEdlEntry* Pieces::inside(std::int64_t start, std::int64_t end) const {
   // A piece that would not move the start forward is none: it would be found again
   // for ever.
-  const auto lies_inside = [start, end](const CGenericEdlEntry* x) {
-    return x->dest_in > start && x->dest_out < end && x->dest_out > start;
-  };
-  if (!plain_) return first_that(lies_inside);
-  const auto at =
-      std::partition_point(source_.begin(), source_.end(),
-                           [start](const CGenericEdlEntry* x) { return x->dest_in <= start; });
-  return at != source_.end() && lies_inside(*at) ? *at : nullptr;
-}
+  [[nodiscard]] CGenericEdlEntry* inside(std::int64_t start, std::int64_t end) const {
+    if (start == INT64_MAX || end == INT64_MIN) return nullptr;
+    return index_.first_in({start + 1, INT64_MAX, start + 1, end - 1});
+  }
+  [[nodiscard]] CGenericEdlEntry* covering_end(std::int64_t end) const {
+    if (end == INT64_MIN) return nullptr;
+    return index_.first_in({INT64_MIN, end - 1, end, INT64_MAX});
+  }
 
-CGenericEdlEntry* Pieces::covering_end(std::int64_t end) const {
-  const auto covers = [end](const CGenericEdlEntry* x) {
-    return x->dest_in < end && end <= x->dest_out;
-  };
-  if (!plain_) return first_that(covers);
-  const auto at =
-      std::partition_point(source_.begin(), source_.end(),
-                           [end](const CGenericEdlEntry* x) { return x->dest_out < end; });
-  return at != source_.end() && covers(*at) ? *at : nullptr;
-}
+  TimesIndex index_;
+};
 
 Pieces::Found Pieces::search(std::int64_t start, std::int64_t end) const {
   Found found;

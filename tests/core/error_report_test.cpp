@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <string>
 
 #include "core/generic_edl.h"
 #include "tests/support/scripted_host.h"
@@ -47,12 +48,21 @@ TEST(ErrorReport, TableOfTextIds) {
                                              22258, 22259, 24387, 24388, 25698};
   for (unsigned short i = 0; i < expected.size(); ++i)
     EXPECT_EQ(error_text_id(i), expected[i]) << i;
+  EXPECT_EQ(error_text_id(29), 0U);
+  EXPECT_EQ(error_text_id(65535), 0U);
+  support::ScriptedHost host;
+  for (unsigned short i = 0; i < expected.size(); ++i) {
+    CGenericEdl::report_edl_conversion_error(i, 1, -1, 0);
+    EXPECT_EQ(host.boxes.shown.back().body, "[" + std::to_string(expected[i]) + "]");
+  }
 }
 
 TEST(ErrorReport, IndexBehindTheTableShowsAnEmptyBody) {
   support::ScriptedHost host;
   CGenericEdl::report_edl_conversion_error(29, 1, -1, 0);
   EXPECT_EQ(host.boxes.shown.at(0).body, "");
+  CGenericEdl::report_edl_conversion_error(65535, 1, 4, 0);
+  EXPECT_EQ(host.boxes.shown.at(1).body, "[22253]  4");
 }
 
 TEST(ErrorReport, LongTextsAreCutAt299) {
@@ -62,6 +72,9 @@ TEST(ErrorReport, LongTextsAreCutAt299) {
   CGenericEdl::report_edl_conversion_error(18, 1, -1, 0);
   EXPECT_EQ(host.boxes.shown.at(0).body, std::string(299, 'x'));
   EXPECT_EQ(host.boxes.shown.at(0).title, std::string(299, 't'));
+  host.texts.texts[22253] = u"%d " + std::u16string(200, u'f') + u"%s";
+  CGenericEdl::report_edl_conversion_error(18, 1, 65535, 0);
+  EXPECT_EQ(host.boxes.shown.at(1).body, "65535 " + std::string(200, 'f') + std::string(93, 'x'));
 }
 
 TEST(ErrorReport, HostileFormatReadsNothingBehindItsValues) {

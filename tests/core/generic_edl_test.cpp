@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "core/generic_automation.h"
 #include "core/generic_edl_video_entry.h"
 #include "core/generic_locator_entry.h"
@@ -70,6 +73,9 @@ TEST_F(GenericEdl, ChildWorksOnTheListsOfItsParent) {
   EXPECT_EQ(lists.parent, &root);
   EXPECT_NE(lists.reel_list, root.get_reel_list());
   EXPECT_TRUE(child.get_reel_list()->IsEmpty());
+  EXPECT_EQ(lists.pq_list, root.get_pq_list());
+  EXPECT_EQ(lists.locator_list, root.get_locator_list());
+  EXPECT_EQ(lists.automation_list, root.get_automation_list());
 }
 
 TEST_F(GenericEdl, GrandchildHasNoListsButTheSettingsOfTheRoot) {
@@ -82,6 +88,10 @@ TEST_F(GenericEdl, GrandchildHasNoListsButTheSettingsOfTheRoot) {
   EXPECT_EQ(grandchild.get_generic_entry_list(), nullptr);
   EXPECT_EQ(grandchild.get_pq_list(), nullptr);
   EXPECT_EQ(grandchild.get_automation_list(), nullptr);
+  EXPECT_EQ(grandchild.get_locator_list(), nullptr);
+  EXPECT_EQ(grandchild.get_video_list(), nullptr);
+  ASSERT_NE(grandchild.find_or_add_reel(u"R"), nullptr);
+  grandchild.remove_all_reels();
   EXPECT_EQ(grandchild.settings().default_fade_length, 77);
   // Operations on lists that are not there do nothing.
   grandchild.sort_generic_list();
@@ -91,6 +101,7 @@ TEST_F(GenericEdl, GrandchildHasNoListsButTheSettingsOfTheRoot) {
   unsigned short high = 1;
   grandchild.get_min_max_channels(&low, &high);
   EXPECT_EQ(low, 9);
+  EXPECT_EQ(high, 1);
   EXPECT_EQ(grandchild.check_reel_frame_rates(), 1);
 }
 
@@ -121,13 +132,17 @@ TEST_F(GenericEdl, LaterFrameRateNeedsSettingInteractiveAndYes) {
   EXPECT_TRUE(host_.boxes.shown.empty());
   edl.set_frame_rate(3);
   EXPECT_EQ(edl.frame_rate(), 1);
+  UPDATE_SETTINGS_DETAILS refused;
+  edl.get_update_settings_details(&refused);
+  EXPECT_EQ(refused.frame_rate_changed, 0);
   host_.boxes.default_question_answer = box_answer_yes;
   edl.set_frame_rate(3);
   EXPECT_EQ(edl.frame_rate(), 3);
   EXPECT_EQ(edl.original_frame_rate(), 1);
   UPDATE_SETTINGS_DETAILS updates;
   edl.get_update_settings_details(&updates);
-  EXPECT_NE(updates.frame_rate_changed, 0);
+  EXPECT_EQ(updates.frame_rate_changed, 1);
+  EXPECT_EQ(updates.sample_rate_changed, 0);
   ASSERT_EQ(host_.boxes.shown.size(), 2U);
   EXPECT_EQ(host_.boxes.shown[0].title_id, 21715U);
   EXPECT_EQ(host_.boxes.shown[0].text_id, 22386U);
@@ -147,16 +162,35 @@ TEST_F(GenericEdl, SampleRateAlwaysFollowsAndTheAnswerIsNoted) {
   host_.boxes.default_question_answer = box_answer_yes;
   edl.set_sample_rate_index(2);
   edl.get_update_settings_details(&updates);
-  EXPECT_NE(updates.sample_rate_changed, 0);
+  EXPECT_EQ(updates.sample_rate_changed, 1);
   EXPECT_EQ(edl.sample_rate_index(), 2);
   EXPECT_EQ(host_.boxes.shown.at(0).text_id, 22387U);
   EXPECT_EQ(host_.boxes.shown.at(0).title_id, 21715U);
+  EXPECT_EQ(host_.boxes.shown.at(0).buttons, 4U);
+  EXPECT_EQ(host_.boxes.shown.at(0).icon, 2U);
+  edl.set_sample_rate_index(2);
+  EXPECT_EQ(host_.boxes.shown.size(), 2U);
+}
+
+TEST_F(GenericEdl, SettingsOfTheRootAllowTheQuestionOfAChild) {
+  CGenericEdl root;
+  CGenericEdl child(&root, 1);
+  host_.boxes.default_question_answer = box_answer_yes;
+  allow_question(child);
+  child.set_frame_rate(1);
+  child.set_frame_rate(3);
+  EXPECT_EQ(child.frame_rate(), 1);
+  allow_question(root);
+  child.set_frame_rate(3);
+  EXPECT_EQ(child.frame_rate(), 3);
 }
 
 TEST_F(GenericEdl, NotedStreamsOnlyRise) {
   CGenericEdl edl;
   edl.note_stream(5);
   EXPECT_EQ(edl.highest_stream(), 5);
+  for (unsigned i = 0; i < 6; ++i)
+    EXPECT_EQ(edl.track_id(i), 0U);
   edl.set_track_id(0, 42);
   edl.set_track_id(5, 43);
   edl.set_track_id(6, 44);
@@ -170,6 +204,24 @@ TEST_F(GenericEdl, NotedStreamsOnlyRise) {
   edl.note_stream(7);
   EXPECT_EQ(edl.highest_stream(), 7);
   EXPECT_EQ(edl.track_id(0), 0U);
+  edl.note_stream(65534);
+  edl.note_stream(65535);
+  EXPECT_EQ(edl.highest_stream(), 65534);
+  edl.set_track_id(65534, 45);
+  EXPECT_EQ(edl.track_id(65534), 45U);
+  EXPECT_EQ(edl.track_id(65535), 0U);
+}
+
+TEST_F(GenericEdl, HighestStreamIsReadFromTheRootAndNotedInTheObject) {
+  CGenericEdl root;
+  CGenericEdl child(&root, 0);
+  CGenericEdl grandchild(&child, 0);
+  root.note_stream(4);
+  grandchild.note_stream(9);
+  EXPECT_EQ(grandchild.highest_stream(), 4);
+  EDL_DETAILS details;
+  grandchild.get_edl_details(&details);
+  EXPECT_EQ(details.highest_stream, 4U);
 }
 
 TEST_F(GenericEdl, DetailsAreSetInOrder) {
@@ -191,6 +243,33 @@ TEST_F(GenericEdl, DetailsAreSetInOrder) {
   asking.set_edl_details(&details);
   ASSERT_EQ(host_.boxes.shown.size(), 1U);
   EXPECT_EQ(host_.boxes.shown[0].text_id, 22386U);
+  // The frame rate is asked for before the sample rate.
+  EDL_DETAILS other = details;
+  other.frame_rate = 4;
+  other.sample_rate_index = 2;
+  asking.set_edl_details(&other);
+  ASSERT_EQ(host_.boxes.shown.size(), 3U);
+  EXPECT_EQ(host_.boxes.shown[1].text_id, 22386U);
+  EXPECT_EQ(host_.boxes.shown[2].text_id, 22387U);
+}
+
+TEST_F(GenericEdl, PqTextsComeBackWhole) {
+  CGenericEdl edl;
+  PQ_DETAILS details;
+  for (int i = 0; i < pq_text_count; ++i) {
+    std::fill(std::begin(details.pq_text[i]), std::end(details.pq_text[i]),
+              static_cast<wide_char>(u'a' + i));
+  }
+  std::fill(std::begin(details.pq_catalogue), std::end(details.pq_catalogue), u'7');
+  details.pq_word = 65535;
+  edl.set_pq_details(&details);
+  PQ_DETAILS read;
+  edl.get_pq_details(&read);
+  for (int i = 0; i < pq_text_count; ++i) {
+    EXPECT_EQ(utf8(field_text(read.pq_text[i])), std::string(128, static_cast<char>('a' + i)));
+  }
+  EXPECT_EQ(utf8({read.pq_catalogue, 13}), "7777777777777");
+  EXPECT_EQ(read.pq_word, 65535);
 }
 
 TEST_F(GenericEdl, PqDetailsAreReadFromTheRootAndSetInTheObject) {
@@ -246,6 +325,7 @@ TEST_F(GenericEdl, EntriesKeepTheNamesOfReelsThatGo) {
   CGenericEdl edl;
   support::set_rates(edl);
   const CGenericEdlEntry& entry = support::add_entry(edl, support::standard_edit());
+  entry.reel->set_reel_no_streams(6);
   auto* const video = new CGenericEdlVideoEntry(&edl);
   video->set_reel_name(u"V1");
   edl.get_video_list()->AddTail(video);
@@ -253,7 +333,22 @@ TEST_F(GenericEdl, EntriesKeepTheNamesOfReelsThatGo) {
   EXPECT_TRUE(edl.get_reel_list()->IsEmpty());
   EXPECT_EQ(entry.reel, nullptr);
   EXPECT_EQ(support::reel_of(entry), u"TAPE01");
+  EXPECT_EQ(entry.reel_no_streams, 6);
+  EXPECT_EQ(video->reel, nullptr);
   EXPECT_EQ(utf8(video->reel_name), "V1");
+}
+
+TEST_F(GenericEdl, ReelsOfAChildLeaveEntriesOfTheRootWithTheirNames) {
+  CGenericEdl root;
+  const CGenericEdlEntry& own = support::add_entry(root, {.reel = u"ROOT"});
+  auto child = std::make_unique<CGenericEdl>(&root, 0);
+  CGenericEdlEntry& entry = support::add_entry(*child, {.reel = u"CHILD"});
+  child.reset();
+  entry.owner = &root;
+  EXPECT_EQ(entry.reel, nullptr);
+  EXPECT_EQ(support::reel_of(entry), u"CHILD");
+  ASSERT_NE(own.reel, nullptr);
+  EXPECT_EQ(support::reel_of(own), u"ROOT");
 }
 
 TEST_F(GenericEdl, ChildThatGoesLeavesTheReelsOfTheRoot) {
