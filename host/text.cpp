@@ -1,6 +1,8 @@
 #include "host/text.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 std::size_t text_length(const wide_char* text) {
   return text == nullptr ? 0 : std::char_traits<wide_char>::length(text);
@@ -10,6 +12,21 @@ std::size_t text_length(const wide_char* text, std::size_t limit) {
   if (text == nullptr) return 0;
   const wide_char* end = std::char_traits<wide_char>::find(text, limit, u'\0');
   return end == nullptr ? limit : static_cast<std::size_t>(end - text);
+}
+
+std::size_t field_length(const wide_char* field, std::size_t size) {
+  std::size_t at = 0;
+  // Four units at a time. The test is true when one of them is zero, and only then;
+  // which one it is, the units tell.
+  constexpr std::uint64_t ones = 0x0001000100010001;
+  for (; size - at >= 4; at += 4) {
+    std::uint64_t units = 0;
+    std::memcpy(&units, field + at, sizeof units);
+    if (((units - ones) & ~units & (ones << 15)) != 0) break;
+  }
+  while (at < size && field[at] != u'\0')
+    ++at;
+  return at;
 }
 
 void copy_text(wide_char* out, std::size_t size, std::u16string_view text) {

@@ -44,6 +44,8 @@ constexpr wide_char upper_case(wide_char c) {
 EDL_API std::size_t text_length(const wide_char* text);
 // Length up to the terminator, but never past `limit` units.
 EDL_API std::size_t text_length(const wide_char* text, std::size_t limit);
+// The same of a field whose `size` units can all be read, terminator or not.
+EDL_API std::size_t field_length(const wide_char* field, std::size_t size);
 
 // Copies at most size - 1 units and terminates; the rest of `out` is zeroed.
 // A null source is the empty text; a size of 0 does nothing.
@@ -62,7 +64,7 @@ void set_field(wide_char (&field)[size], const wide_char* text) {
 // Reads a field up to its terminator or its end.
 template <std::size_t size>
 std::u16string_view field_text(const wide_char (&field)[size]) {
-  return {field, text_length(field, size)};
+  return {field, field_length(field, size)};
 }
 
 EDL_API bool equal_no_case(std::u16string_view a, std::u16string_view b);

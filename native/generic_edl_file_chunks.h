@@ -191,7 +191,7 @@ class CGenericEDLFilePQHeaderChunk : public CGenericEDLFileChunk {
   [[nodiscard]] std::u16string_view get_catalogue() const { return field_text(m_catalogue); }
 
   // Thirteen places and no terminator.
-  wide_char m_catalogue[13];
+  wide_char m_catalogue[13] = {};
   // Narrowed to 16 bits, so 65536 entries count as 0.
   std::uint16_t m_count = 0;
   std::uint16_t m_major = 0;

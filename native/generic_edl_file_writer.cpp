@@ -8,6 +8,7 @@
 #include "host/framework/file.h"
 #include "host/rates.h"
 #include "native/chunk_header.h"
+#include "native/entry_walk.h"
 #include "native/file_output.h"
 #include "native/generic_edl_file.h"
 #include "native/generic_edl_file_chunks.h"
@@ -211,17 +212,16 @@ result_code CGenericEDLFile::export_edl(const wide_char* path, int flag) {
 
 void CGenericEDLFile::collect_entries(const CObList& entries) {
   native::TrackFinder tracks(m_tracks);
-  for (POSITION at = entries.GetHeadPosition(); at != nullptr;) {
-    auto* const entry = static_cast<CGenericEdlEntry*>(entries.GetNext(at));
+  native::for_each_entry(entries, [&](CGenericEdlEntry& entry) {
     auto record = std::make_unique<CGenericEDLFileEntry>();
-    native::record_from_entry(*record, *entry);
+    native::record_from_entry(*record, entry);
     if (m_map_curves != 0) {
       record->m_fade_in_curve = mapped_curve(record->m_fade_in_curve);
       record->m_fade_out_curve = mapped_curve(record->m_fade_out_curve);
     }
-    record->m_track_index = tracks.find_or_make(*entry);
+    record->m_track_index = tracks.find_or_make(entry);
     m_entries.AddTail(record.release());
-  }
+  });
 }
 
 void CGenericEDLFile::collect_pq(const CObList& entries) {

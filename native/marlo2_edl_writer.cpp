@@ -12,6 +12,7 @@
 #include "host/rates.h"
 #include "native/channel_order.h"
 #include "native/edl2_records.h"
+#include "native/entry_walk.h"
 #include "native/file_output.h"
 #include "native/marlo2_edl.h"
 
@@ -99,12 +100,11 @@ class CMarlo2Edl::Writer {
   }
 
   void write_channel(const CObList& entries, unsigned channel) {
-    for (POSITION at = entries.GetHeadPosition(); at != nullptr;) {
-      const auto& entry = *static_cast<const CGenericEdlEntry*>(entries.GetNext(at));
+    native::for_each_entry(entries, [&](const CGenericEdlEntry& entry) {
       native::write_edl2_event(append(native::edl2_record_size), entry,
                                native::edl2_layout(entry, channel));
       m_out.write_when_full();
-    }
+    });
   }
 
   void write_pq(const CObList& entries) {

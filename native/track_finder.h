@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "host/framework/ob_list.h"
 #include "native/generic_edl_file_chunks.h"
@@ -40,22 +40,45 @@ class TrackFinder {
     std::int64_t time_stamp;
 
     bool operator==(const Key&) const = default;
+    [[nodiscard]] std::uint64_t hash() const;
   };
-  struct KeyHash {
-    std::size_t operator()(const Key& key) const;
-  };
-  // Stretches of channels that do not meet, by their first channel, each with the
-  // earliest source that covers it.
+  // Channels from `first` up to and not with `end`, and who plays them.
   struct Stretch {
+    std::uint32_t first;
     std::uint32_t end;
     std::uint16_t place;
   };
-  using Channels = std::map<std::uint32_t, Stretch>;
+  // The sources of one key. Nearly always there is one; from the second on, the
+  // stretches that do not meet stand in the map by their first channel, each with
+  // the earliest source that covers it.
+  struct Group {
+    std::uint64_t hash;
+    const CGenericEDLFileTrack* track;
+    Stretch only;
+    std::map<std::uint32_t, Stretch> stretches;
+  };
+  // Of an open table: a group's number from 1, 0 for a free slot.
+  struct Slot {
+    std::uint64_t hash = 0;
+    std::uint32_t group = 0;
+  };
 
-  void add(const CGenericEDLFileTrack& track, std::uint16_t place);
+  static Key key_of(const CGenericEDLFileTrack& track);
+  // Null when no channel of the group's is this one.
+  static const Stretch* find_channel(const Group& group, std::uint32_t channel);
+  static void add_stretch(Group& group, const Stretch& added);
+  [[nodiscard]] Group* find_group(const Key& key, std::uint64_t hash);
+  void add_known(const CGenericEDLFileTrack& track, std::uint16_t place);
+  // `group` is what find_group answers for the track's key, which has this hash.
+  void add(const CGenericEDLFileTrack& track, std::uint16_t place, std::uint64_t hash,
+           Group* group);
+  void add_group(const CGenericEDLFileTrack& track, std::uint64_t hash, const Stretch& only);
+  void put(std::uint64_t hash, std::uint32_t group);
 
   CObList& m_tracks;
-  std::unordered_map<Key, Channels, KeyHash> m_channels_by_key;
+  std::vector<Group> m_groups;
+  // A power of two of them, at least half of them free.
+  std::vector<Slot> m_slots;
 };
 
 }  // namespace native

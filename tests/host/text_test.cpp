@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -43,6 +45,20 @@ TEST(Text, Lengths) {
   EXPECT_EQ(text_length(u"a\0c", 3), 1U);
   EXPECT_EQ(text_length(nullptr, 3), 0U);
   EXPECT_EQ(text_length(u"abc", 0), 0U);
+}
+
+TEST(Text, FieldLengthsOfEverySize) {
+  wide_char field[20];
+  for (std::size_t size = 0; size <= 20; ++size) {
+    for (std::size_t length = 0; length <= size; ++length) {
+      // Units that a careless test of four at a time takes for zero.
+      for (const wide_char filler : {u'a', u'\x8000', u'\xFFFF', u'\x0100', u'\x0001'}) {
+        std::fill(std::begin(field), std::end(field), filler);
+        if (length < 20) field[length] = u'\0';
+        EXPECT_EQ(field_length(field, size), length);
+      }
+    }
+  }
 }
 
 TEST(Text, FieldsAreCutAndTerminated) {
