@@ -5,11 +5,13 @@ function(edl_set_warnings target)
     -Wall -Wextra -Wpedantic -Werror
     -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
     -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
-    -Wdouble-promotion -Wundef -Wvla)
+    -Wundef -Wvla)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # clang's -Wdouble-promotion minds an explicit double{x} too.
     # -Wrestrict sees overlaps in std::string's own operator+ at -O3 (gcc bug 105651).
     target_compile_options(${target} PRIVATE
-      -Wduplicated-cond -Wlogical-op -Wuseless-cast -Wsuggest-override -Wno-restrict)
+      -Wduplicated-cond -Wlogical-op -Wuseless-cast -Wsuggest-override -Wno-restrict
+      -Wdouble-promotion)
   else()
     target_compile_options(${target} PRIVATE -Wsuggest-override)
   endif()

@@ -25,7 +25,7 @@ constexpr auto rows = std::to_array<StringRow>({
     {question_title, u"Edit list conversion"},
 
     {error_0, u"The conversion could not be done."},
-    {bad_line, u"This line could not be read as an edit and was left out."},
+    {bad_line, u"This event does not fit the format and was left out."},
     {error_2, u"The edit list is empty."},
     {error_3, u"The edit list could not be saved."},
     {error_4, u"The file is not an edit list of this format."},

@@ -5,6 +5,8 @@
 
 FormatRow cmx340_row();
 FormatRow cmx3600_row();
+FormatRow edl2_row();
+FormatRow chunked_row();
 FormatRow sony9000_row();
 FormatRow grass_valley_row();
 FormatRow lightworks_row();

@@ -33,6 +33,9 @@ class EDL_API CMarlo2Edl : public CGenericEdl {
   // Always 0.
   [[nodiscard]] int supports_reel_objects(const wide_char* name) const override;
 
+  // CM2ReelInfo objects of the last reel block that an import met; null for none.
+  [[nodiscard]] const CObList* reel_records() const { return m_reels.get(); }
+
  private:
   static constexpr std::size_t channel_count = 8;
 

@@ -16,7 +16,7 @@ namespace text {
 class EndIndex {
  public:
   // Entries come in list order.
-  void add(CGenericEdlEntry* entry) { ends_[key_of(*entry)].emplace_back(count_++, entry); }
+  void add(CGenericEdlEntry* entry);
 
   // The last one passed that ends at `dest_out` on the stream; null for none.
   [[nodiscard]] CGenericEdlEntry* nearest(unsigned short stream, std::int64_t dest_out) const;
@@ -27,8 +27,11 @@ class EndIndex {
 
  private:
   using Key = std::pair<unsigned short, std::int64_t>;
-  // Places in the list, rising, with their entries.
-  using Ends = std::vector<std::pair<std::size_t, CGenericEdlEntry*>>;
+  // An entry with its place in the list.
+  using Passed = std::pair<std::size_t, CGenericEdlEntry*>;
+  // A heap, the last one passed on top: an entry that ran on may come to stand before
+  // any number of others.
+  using Ends = std::vector<Passed>;
 
   struct Hash {
     std::size_t operator()(const Key& key) const {
@@ -39,6 +42,8 @@ class EndIndex {
   };
 
   static Key key_of(const CGenericEdlEntry& entry) { return {entry.get_stream(0), entry.dest_out}; }
+
+  void put(const Passed& passed);
 
   std::unordered_map<Key, Ends, Hash> ends_;
   std::size_t count_ = 0;

@@ -14,12 +14,13 @@
 
 namespace {
 
-// Moves the object to the tail of a list; without a list it is deleted.
+// Moves the object to the tail of a list and answers it; null where there is no list
+// and the object is deleted.
 template <class T>
-void add_tail(CObList* list, std::unique_ptr<T> object) {
-  if (list == nullptr) return;
+T* add_tail(CObList* list, std::unique_ptr<T> object) {
+  if (list == nullptr) return nullptr;
   list->AddTail(object.get());
-  static_cast<void>(object.release());
+  return object.release();
 }
 
 bool sum_exceeds(std::int64_t a, std::int64_t b, std::int64_t limit) {
@@ -77,9 +78,8 @@ void CTextEdl::import_audio_line(Run& run, const wide_char* text) {
   if (skip != 0) count_skipped_line();
   switch (code) {
     case result::line_good: {
-      CGenericEdlEntry& added = *entry;
-      add_tail(get_generic_entry_list(), std::move(entry));
-      if (added.dest_out != added.dest_in) check_lengths(added, run.report);
+      CGenericEdlEntry* const added = add_tail(get_generic_entry_list(), std::move(entry));
+      if (added != nullptr && added->dest_out != added->dest_in) check_lengths(*added, run.report);
       break;
     }
     case result::line_bad:
@@ -129,6 +129,12 @@ void CTextEdl::report(std::int32_t& flag, unsigned short error_index, int event_
   flag = report_edl_conversion_error(error_index, 1, event_number, event_kind) == 0 ? 1 : 0;
 }
 
+CTextEdl::ReadingScope::~ReadingScope() {
+  edl_.reading_ = before_;
+  // Boxes of what follows are not of this file.
+  if (before_ == nullptr) host().message_boxes().note_place(u"", 0);
+}
+
 void CTextEdl::note_reading_place() const {
   if (reading_ == nullptr) return;
   host().message_boxes().note_place(reading_->GetFilePath(), reading_->physical_line());
@@ -144,6 +150,7 @@ result_code CTextEdl::export_edl(const wide_char* path, int /*option*/) {
   for (POSITION at = list == nullptr ? nullptr : list->GetHeadPosition(); at != nullptr;) {
     auto* const entry = static_cast<CGenericEdlEntry*>(list->GetNext(at));
     if (write_event(file, entry) == result::line_bad) {
+      host().message_boxes().note_place(path, 0);
       report(flag, error_index::bad_line, entry->event_number);
     }
   }

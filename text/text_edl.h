@@ -160,7 +160,7 @@ class EDL_API CTextEdl : public CGenericEdl {
     ReadingScope(CTextEdl& edl, const CTextFile& file) : edl_(edl), before_(edl.reading_) {
       edl.reading_ = &file;
     }
-    ~ReadingScope() { edl_.reading_ = before_; }
+    ~ReadingScope();
     ReadingScope(const ReadingScope&) = delete;
     ReadingScope& operator=(const ReadingScope&) = delete;
 

@@ -5,6 +5,8 @@
 #include "core/error_report.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
+#include "host/host.h"
+#include "host/message_boxes.h"
 #include "text/dump_index.h"
 #include "text/text_edl.h"
 
@@ -94,6 +96,7 @@ void CTextEdl::resolve_dump_sources() {
     if (!field_text(reel).starts_with(dump_reel)) continue;
     const CGenericEdlEntry* const partner = find_event_neighbour(entry, here);
     if (partner == nullptr) {
+      host().message_boxes().note_place(path_, 0);
       report(report_dump_errors, error_index::no_edit_before, entry->event_number, 1);
       continue;
     }

@@ -117,6 +117,8 @@ int CTextEdl::parse_fcm(std::u16string_view word, std::u16string_view rest) {
   const std::u16string_view mode = LineCursor(rest).next();
   if (mode != u"DROP" && mode != u"NON-DROP") return 1;
   const unsigned char rate = mode == u"DROP" ? frame_rate_2997_drop : frame_rate_2997_non_drop;
+  // In front of the question that the rate may bring up.
+  note_reading_place();
   set_frame_rate(rate);
   // The file's rate counts for the reels of later events even where the list keeps
   // its own.

@@ -140,7 +140,7 @@ TEST(EmbeddedHost, ReportsRunThroughTheServices) {
   EXPECT_EQ(host().message_boxes().show(title.c_str(), body.c_str(), MessageBoxes::style_may_stop),
             0U);
   EXPECT_EQ(run.line.written(),
-            "a.edl:4: error: This line could not be read as an edit and was left out.\n");
+            "a.edl:4: error: This event does not fit the format and was left out.\n");
   ASSERT_EQ(run.embedded.boxes().shown().size(), 1U);
   EXPECT_EQ(run.embedded.boxes().shown()[0].id, 22231U);
 }

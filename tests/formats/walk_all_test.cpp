@@ -80,6 +80,11 @@ constexpr WalkCase walk_cases[] = {
     {"lightworks-multichannel",
      (lost_by_line_lists & ~lost_event_numbers) | lost_fades | lost_reels, without_fades},
     {"native-text", (lost_by_line_lists & ~lost_event_numbers) | lost_fades | lost_streams},
+    // The name of a stereo edit runs on into the bytes behind it, and paths come back
+    // from the eight characters of the source name.
+    {"edl2", lost_event_numbers | lost_reels | lost_source_reel_names | lost_paths | lost_video |
+                 lost_locators | lost_automation},
+    {"chunked", lost_event_numbers | lost_video},
     {"tally", (lost_by_line_lists & ~lost_event_numbers) | lost_stereo | lost_fades},
 };
 

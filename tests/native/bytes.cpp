@@ -3,6 +3,7 @@
 #include <bit>
 #include <cctype>
 #include <cstdlib>
+#include <map>
 #include <stdexcept>
 
 #include "tests/support/temp_folder.h"
@@ -63,7 +64,11 @@ std::string from_hex(std::string_view hex) {
 }
 
 std::string golden_bytes(const std::string& name) {
-  return from_hex(support::read_file(std::string(EDL_TEST_GOLDEN) + "/native/" + name));
+  static std::map<std::string, std::string> known;
+  const auto at = known.find(name);
+  if (at != known.end()) return at->second;
+  return known[name] =
+             from_hex(support::read_file(std::string(EDL_TEST_GOLDEN) + "/native/" + name));
 }
 
 std::string chunk(std::string_view id, std::string_view body, unsigned major, unsigned minor) {

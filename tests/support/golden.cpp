@@ -40,4 +40,8 @@ testing::AssertionResult matches_golden_in(const std::string& root, const std::s
          << "\nreceived: " << received;
 }
 
+std::string test_data(const std::string& name) {
+  return EDL_TEST_DATA "/" + name;
+}
+
 }  // namespace support

@@ -1,4 +1,4 @@
-// Expected output kept in files under tests/golden.
+// Expected output kept in files under tests/golden, and samples under tests/data.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,5 +18,8 @@ namespace support {
 [[nodiscard]] testing::AssertionResult matches_golden_in(const std::string& root,
                                                          const std::string& name,
                                                          std::string_view actual);
+
+// The path of tests/data/<name>.
+[[nodiscard]] std::string test_data(const std::string& name);
 
 }  // namespace support

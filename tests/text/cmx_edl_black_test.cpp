@@ -1,197 +1,220 @@
+// Markers of a cut to black, which become fade-outs of the edit before them.
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "tests/core/edl_fixtures.h"
-#include "tests/support/compare.h"
-#include "tests/support/scripted_host.h"
-#include "tests/support/temp_folder.h"
+#include "tests/text/plain_procedures.h"
+#include "tests/text/text_fixtures.h"
 #include "text/cmx_edl.h"
 
 namespace {
 
-using support::entries_of;
-using support::utf8;
+using support::add_rows;
+using support::crowded_rows;
+using support::Row;
+using support::Rows;
+using support::rows_of;
+using support::same_rows;
 
-// Lines whose times are frames: reel, source, destination, and a dissolve's length.
-struct Line {
-  std::string reel;
-  int dest_in, dest_out;
-  int dissolve = -1;
-  int channel = 1;
+// Imports a list that stands in memory: the file gives no lines of its own.
+class PreparedCmx final : public CCMXEdl {
+ public:
+  explicit PreparedCmx(const Rows& rows, const EDL_CONVERSION_SETTINGS& settings = {})
+      : CCMXEdl(4, nullptr, 0) {
+    set_edl_conversion_settings(&settings);
+    support::set_rates(*this);
+    add_rows(*this, rows);
+  }
+  int find_first_event(CTextFile&) override { return 1; }
 };
 
-std::string time_of(int frames) {
-  char text[32];
-  std::snprintf(text, sizeof text, "00:00:%02d:%02d", frames / 25, frames % 25);
-  return text;
-}
-
-std::string list_of(const std::vector<Line>& lines) {
-  std::string text;
-  int number = 1;
-  for (const Line& line : lines) {
-    char head[64];
-    std::snprintf(head, sizeof head, "%03d %s %s ", number++, line.reel.c_str(),
-                  line.channel == 1 ? "A" : "A2");
-    text += head;
-    text += line.dissolve < 0 ? "C" : "D " + std::to_string(line.dissolve);
-    text += " " + time_of(line.dest_in) + " " + time_of(line.dest_out) + " " +
-            time_of(line.dest_in) + " " + time_of(line.dest_out) + "\n";
-  }
-  return text;
-}
-
-class CmxBlack : public testing::Test {
+class BlackTest : public support::TextTest {
  protected:
-  // Folded entries as "reel dest_in-dest_out fade_out", times in frames.
-  std::vector<std::string> folded(const std::vector<Line>& lines) {
-    support::write_file(folder_.file("in.edl"), list_of(lines));
-    CCMXEdl edl(4, nullptr, 0);
-    support::set_rates(edl);
-    EXPECT_EQ(edl.import_edl(folder_.wide_file("in.edl")), 100);
-    std::vector<std::string> out;
-    for (const CGenericEdlEntry* e : entries_of(edl)) {
-      EXPECT_EQ(e->source_out - e->source_in, e->dest_out - e->dest_in);
-      out.push_back(utf8(support::reel_of(*e)) + " " + std::to_string(e->dest_in / 1920) + "-" +
-                    std::to_string(e->dest_out / 1920) + " " +
-                    std::to_string(e->fade_out_length / 1920));
-    }
-    return out;
+  // What the steps behind the last line make of the rows.
+  Rows folded(const Rows& rows, const EDL_CONVERSION_SETTINGS& settings = {}) {
+    PreparedCmx edl(rows, settings);
+    EXPECT_EQ(import_bytes(edl, ""), 100);
+    return rows_of(edl);
   }
-  support::ScriptedHost host_;
-  support::TempFolder folder_;
+  static Row edit(int mark, std::int64_t dest_in, std::int64_t dest_out,
+                  const std::u16string& reel = u"R", int stream = 0) {
+    Row row;
+    row.mark = mark;
+    row.dest_in = dest_in;
+    row.dest_out = dest_out;
+    row.source_in = 1000;
+    row.source_out = 1000 + dest_out - dest_in;
+    row.streams = {stream};
+    row.reel = reel;
+    // Neighbours share no fade, so that no crossfade is folded.
+    row.fade_in = mark * 100 + 1;
+    return row;
+  }
+  static std::vector<int> marks(const Rows& rows) {
+    std::vector<int> found;
+    for (const Row& row : rows)
+      found.push_back(row.mark);
+    return found;
+  }
+  using Marks = std::vector<int>;
 };
 
-using Texts = std::vector<std::string>;
-
-TEST_F(CmxBlack, MarkerGivesTheEditBeforeItsFadeOut) {
-  EXPECT_EQ(folded({{"X", 0, 100}, {"R", 100, 100}, {"Y", 100, 200, 40}}),
-            (Texts{"X 0-140 40", "Y 100-200 0"}));
+TEST_F(BlackTest, AMarkerGivesTheEditBeforeItAFadeOut) {
+  Row b = edit(3, 100, 200);
+  b.fade_in = 40;
+  const Rows rows = folded({edit(1, 0, 100), edit(2, 100, 100), b});
+  ASSERT_EQ(marks(rows), (Marks{1, 3}));
+  EXPECT_EQ(rows.front().dest_out, 140);
+  EXPECT_EQ(rows.front().source_out, 1140);
+  EXPECT_EQ(rows.front().fade_out, 40);
+  EXPECT_EQ(rows.back(), b);
 }
 
-TEST_F(CmxBlack, BlackBehindTheMarkerGoesToo) {
-  EXPECT_EQ(folded({{"X", 0, 100}, {"R", 100, 100}, {"blk1", 100, 200, 40}}),
-            (Texts{"X 0-140 40"}));
-  EXPECT_EQ(folded({{"X", 0, 100}, {"R", 100, 100}, {"BLUE1", 100, 200, 40}}),
-            (Texts{"X 0-140 40"}));
-}
-
-TEST_F(CmxBlack, NodeBehindABlackMarkerIsNotLookedAt) {
-  EXPECT_EQ(folded({{"X", 0, 100}, {"BL", 100, 100}, {"R", 100, 100}, {"Y", 100, 200, 40}}),
-            (Texts{"X 0-100 0", "R 100-100 0", "Y 100-200 0"}));
-}
-
-TEST_F(CmxBlack, MarkerAtTheEndStays) {
-  EXPECT_EQ(folded({{"X", 0, 100}, {"R", 100, 100}}), (Texts{"X 0-100 0", "R 100-100 0"}));
-}
-
-TEST_F(CmxBlack, MarkerBehindNothingGoesAndNothingGrows) {
-  EXPECT_EQ(folded({{"X", 0, 90}, {"R", 100, 100}, {"Y", 100, 200, 40}}),
-            (Texts{"X 0-90 0", "Y 100-200 0"}));
-  EXPECT_EQ(folded({{"X", 0, 100, -1, 2}, {"R", 100, 100}, {"Y", 100, 200, 40}}),
-            (Texts{"X 0-100 0", "Y 100-200 0"}));
-}
-
-// The told walk on a plain vector, with a scan for each marker.
-struct PlainEdit {
-  int id, stream, dest_in, dest_out, fade_in, fade_out;
-  std::string reel;
-};
-
-bool is_black(const PlainEdit& e) {
-  return e.reel.rfind("BL", 0) == 0;
-}
-
-void plainly_fold(std::vector<PlainEdit>& list) {
-  const auto erase = [&list](std::size_t i) {
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(i));
-  };
-  for (std::size_t at = 0; at < list.size();) {
-    if (list[at].dest_in != list[at].dest_out) {
-      ++at;
-      continue;
-    }
-    if (at + 1 >= list.size()) return;
-    if (is_black(list[at])) {
-      erase(at);
-      ++at;
-      continue;
-    }
-    const int f = list[at + 1].fade_in;
-    if (is_black(list[at + 1])) erase(at + 1);
-    for (std::size_t i = at; i > 0; --i) {
-      PlainEdit& e = list[i - 1];
-      if (e.dest_out != list[at].dest_in || e.stream != list[at].stream) continue;
-      e.dest_out += f;
-      e.fade_out = f;
-      break;
-    }
-    erase(at);
-    // Stand on the node before, or on the new head; then one on.
-    at = at == 0 ? 1 : at;
+TEST_F(BlackTest, TheBlackBehindAMarkerGoesToo) {
+  for (const char16_t* black : {u"blk1", u"BL", u"BLK", u"bL", u"BLUE1"}) {
+    Row b = edit(3, 100, 200, black);
+    b.fade_in = 40;
+    const Rows rows = folded({edit(1, 0, 100), edit(2, 100, 100), b, edit(4, 300, 400)});
+    ASSERT_EQ(marks(rows), (Marks{1, 4})) << utf8_from_text(black);
+    EXPECT_EQ(rows.front().dest_out, 140);
   }
+  EXPECT_EQ(folded({edit(1, 0, 100), edit(2, 100, 100), edit(3, 100, 200, u"B")}).size(), 2U);
 }
 
-TEST_F(CmxBlack, EqualsTheScanOnRandomLists) {
-  std::mt19937 random(5);
-  const auto pick = [&random](int n) {
-    return static_cast<int>(random() % static_cast<unsigned>(n));
-  };
+TEST_F(BlackTest, ABlackMarkerGoesAndTheNextEventIsNotLookedAt) {
+  EXPECT_EQ(marks(folded({edit(1, 0, 100), edit(2, 100, 100, u"BL"), edit(3, 100, 100),
+                          edit(4, 100, 200), edit(5, 200, 200), edit(6, 200, 300)})),
+            (Marks{1, 3, 4, 6}));
+}
+
+TEST_F(BlackTest, AMarkerAtTheEndStays) {
+  EXPECT_EQ(marks(folded({edit(1, 0, 100), edit(2, 100, 100)})), (Marks{1, 2}));
+  EXPECT_EQ(marks(folded({edit(2, 100, 100)})), (Marks{2}));
+  EXPECT_EQ(marks(folded({edit(1, 0, 100), edit(2, 100, 100, u"BLK")})), (Marks{1, 2}));
+  EXPECT_EQ(marks(folded({})), (Marks{}));
+}
+
+TEST_F(BlackTest, AMarkerThatEndsNoEditIsRemoved) {
+  const Rows rows = folded({edit(1, 0, 100), edit(2, 150, 150), edit(3, 150, 200)});
+  ASSERT_EQ(marks(rows), (Marks{1, 3}));
+  EXPECT_EQ(rows.front(), edit(1, 0, 100)) << "nothing grows";
+}
+
+TEST_F(BlackTest, TheEditMustBeOnTheMarkersStream) {
+  Row b = edit(4, 100, 200);
+  b.fade_in = 40;
+  const Rows rows =
+      folded({edit(1, 0, 100, u"R", 0), edit(2, 10, 100, u"R", 1), edit(3, 100, 100), b});
+  ASSERT_EQ(rows.size(), 3U);
+  EXPECT_EQ(rows.front().dest_out, 140);
+  EXPECT_EQ(std::next(rows.begin())->dest_out, 100);
+}
+
+TEST_F(BlackTest, TheNearestEditGrows) {
+  Row b = edit(4, 100, 200);
+  b.fade_in = 40;
+  const Rows rows = folded({edit(1, 0, 100), edit(2, 50, 100), edit(3, 100, 100), b});
+  ASSERT_EQ(rows.size(), 3U);
+  EXPECT_EQ(rows.front().dest_out, 100);
+  EXPECT_EQ(std::next(rows.begin())->dest_out, 140);
+}
+
+TEST_F(BlackTest, AMarkerAtTheHeadTakesTheNextEventsTurn) {
+  // After it the new head is not looked at, so the marker 2 stays.
+  EXPECT_EQ(marks(folded({edit(1, 50, 50), edit(2, 60, 60), edit(3, 70, 80)})), (Marks{2, 3}));
+  EXPECT_EQ(marks(folded({edit(1, 50, 50), edit(2, 60, 70), edit(3, 80, 80), edit(4, 90, 95)})),
+            (Marks{2, 4}));
+  EXPECT_EQ(marks(folded({edit(1, 50, 50), edit(2, 60, 70, u"BLK")})), (Marks{}));
+}
+
+TEST_F(BlackTest, AnEditMayGrowTwice) {
+  Row b = edit(3, 100, 200, u"BLK");
+  b.fade_in = 40;
+  Row d = edit(5, 140, 240, u"BLK");
+  d.fade_in = 7;
+  const Rows rows = folded({edit(1, 0, 100), edit(2, 100, 100), b, edit(4, 140, 140), d});
+  ASSERT_EQ(marks(rows), (Marks{1}));
+  EXPECT_EQ(rows.front().dest_out, 147);
+  EXPECT_EQ(rows.front().fade_out, 7);
+}
+
+TEST_F(BlackTest, IsTheToldFold) {
+  std::mt19937 random(7);
   for (int round = 0; round < 600; ++round) {
-    std::vector<PlainEdit> plain;
-    std::vector<Line> lines;
-    // Starts rise, so that the sort at the end of an import changes nothing, and
-    // sources differ, so that no crossfade is folded into another.
-    int time = 0;
-    for (int i = 0, n = 1 + pick(16); i < n; ++i) {
-      time += pick(3);
-      const int length = pick(2) == 0 ? 0 : pick(6);
-      const int fade = pick(3) == 0 ? 1 + pick(3) : -1;
-      const std::string reel = pick(4) == 0 ? "BLK" : "R" + std::to_string(i);
-      lines.push_back({reel, time, time + length, fade, 1 + pick(2)});
-      plain.push_back(
-          {i + 1, lines.back().channel, time, time + length, fade < 0 ? 0 : fade, 0, reel});
-      // A dissolve longer than its edit is cut to half of it, both ways.
-      PlainEdit& e = plain.back();
-      if (length > 0 && e.fade_in > length) continue;
-    }
-    support::write_file(folder_.file("in.edl"), list_of(lines));
-    CCMXEdl edl(4, nullptr, 0);
-    support::set_rates(edl);
-    edl.report_errors = 0;
-    ASSERT_EQ(edl.import_edl(folder_.wide_file("in.edl")), 100);
-    // What the driver's length check does to fades that do not fit.
-    for (PlainEdit& e : plain) {
-      e.fade_in *= 1920;
-      const int length = (e.dest_out - e.dest_in) * 1920;
-      if (length != 0 && e.fade_in + e.fade_out > length) e.fade_in = e.fade_out = length / 2;
-      e.dest_in *= 1920;
-      e.dest_out *= 1920;
-    }
-    plainly_fold(plain);
-    // Crossfade folding follows; it moves only pairs that meet with equal fades.
-    for (std::size_t i = 0; i + 1 < plain.size(); ++i) {
-      PlainEdit& a = plain[i];
-      PlainEdit& b = plain[i + 1];
-      if (a.dest_out != b.dest_in || a.fade_out != b.fade_in) continue;
-      int h = a.fade_out / 2;
-      // Source in equals destination in here.
-      if (b.dest_in < h) h = a.fade_out = b.fade_in = b.dest_in;
-      a.dest_out += h;
-      b.dest_in -= h;
-    }
-    std::stable_sort(plain.begin(), plain.end(),
-                     [](const PlainEdit& a, const PlainEdit& b) { return a.dest_in < b.dest_in; });
-    const auto entries = entries_of(edl);
-    ASSERT_EQ(entries.size(), plain.size()) << round << "\n" << list_of(lines);
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      ASSERT_EQ(entries[i]->event_number, plain[i].id) << round << "\n" << list_of(lines);
-      ASSERT_EQ(entries[i]->dest_in, plain[i].dest_in) << round << "\n" << list_of(lines);
-      ASSERT_EQ(entries[i]->dest_out, plain[i].dest_out) << round << "\n" << list_of(lines);
-      ASSERT_EQ(entries[i]->fade_out_length, plain[i].fade_out) << round << "\n" << list_of(lines);
-    }
+    Rows rows = crowded_rows(random, support::below(random, 40));
+    PreparedCmx edl(rows);
+    rows = rows_of(edl);  // reels share spellings
+    ASSERT_EQ(import_bytes(edl, ""), 100);
+    plain_fold_black(rows);
+    plain_fold_crossfades(rows);
+    plain_sort_by_dest_in(rows);
+    ASSERT_TRUE(same_rows(rows_of(edl), rows)) << "round " << round;
   }
+}
+
+TEST_F(BlackTest, ManyMarkersOfOnePlace) {
+  // Fades are few lengths on a small timeline, so that edits grow to ends which
+  // other edits, before and behind them, have too.
+  std::mt19937 random(8);
+  for (int round = 0; round < 200; ++round) {
+    Rows rows = crowded_rows(random, 60);
+    for (Row& row : rows) {
+      row.dest_in = 10 * support::below(random, 4);
+      row.dest_out = row.dest_in + 10 * support::below(random, 3);
+      row.fade_in = 10 * support::below(random, 2);
+      row.streams = {support::below(random, 2)};
+      row.reel = support::below(random, 3) == 0 ? u"BL" : u"R";
+    }
+    PreparedCmx edl(rows);
+    ASSERT_EQ(import_bytes(edl, ""), 100);
+    plain_fold_black(rows);
+    plain_fold_crossfades(rows);
+    plain_sort_by_dest_in(rows);
+    ASSERT_TRUE(same_rows(rows_of(edl), rows)) << "round " << round;
+  }
+}
+
+TEST_F(BlackTest, MergingIsTheToldRoadToo) {
+  std::mt19937 random(9);
+  EDL_CONVERSION_SETTINGS settings;
+  settings.cmx_merge_channels = 1;
+  for (int round = 0; round < 300; ++round) {
+    Rows rows = crowded_rows(random, support::below(random, 80));
+    for (Row& row : rows) {
+      // Two sides of stereo edits, mostly.
+      row.first_channel = row.stream() == 65535 ? 0 : row.stream();
+      row.source_in = row.dest_in;
+      row.source_out = row.dest_out;
+    }
+    PreparedCmx edl(rows, settings);
+    rows = rows_of(edl);
+    ASSERT_EQ(import_bytes(edl, ""), 100);
+    plain_fold_black(rows);
+    plain_sort_by_dest_in(rows);
+    plain_merge(rows);
+    plain_fold_crossfades(rows);
+    ASSERT_TRUE(same_rows(rows_of(edl), rows)) << "round " << round;
+  }
+}
+
+TEST_F(BlackTest, AHostileListTakesNoLongerThanItsLength) {
+  // Edits that end at one place, each moved by a marker to the end of others that
+  // stand behind it in the list: with a search or a shift for each, 40000 markers
+  // would take minutes.
+  Rows rows;
+  constexpr int count = 40000;
+  for (int i = 0; i < count; ++i)
+    rows.push_back(edit(1, 0, 100));
+  for (int i = 0; i < count; ++i)
+    rows.push_back(edit(2, 0, 150));
+  for (int i = 0; i < count; ++i) {
+    rows.push_back(edit(3, 100, 100));
+    Row b = edit(4, 100, 100, u"BLK");
+    b.fade_in = 50;
+    rows.push_back(b);
+  }
+  const Rows left = folded(rows);
+  EXPECT_EQ(left.size(), 2U * count);
+  for (const Row& row : left)
+    EXPECT_EQ(row.dest_out, 150);
 }
 
 }  // namespace

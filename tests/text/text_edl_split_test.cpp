@@ -1,267 +1,295 @@
+// Fades rewritten as events in front of an export, at 48000 Hz and 25 frames: a
+// frame is 1920 samples, the edit lasts ten seconds.
 #include <gtest/gtest.h>
 
-#include <map>
-#include <random>
-
-#include "tests/core/edl_fixtures.h"
-#include "tests/support/scripted_host.h"
-#include "tests/text/line_format.h"
+#include "tests/text/plain_procedures.h"
+#include "tests/text/text_fixtures.h"
 
 namespace {
 
 using support::add_entry;
+using support::add_rows;
+using support::crowded_rows;
 using support::Edit;
 using support::entries_of;
-using support::LineFormat;
-using support::utf8;
+using support::Rows;
+using support::rows_of;
+using support::same_rows;
+using support::ToyEdl;
 
-struct Row {
-  std::string reel;
-  std::int64_t source_in, source_out, dest_in, dest_out;
-  unsigned type;
-  std::int64_t fade_in, fade_out;
-  int event;
-  friend bool operator==(const Row&, const Row&) = default;
-  friend std::ostream& operator<<(std::ostream& out, const Row& r) {
-    return out << r.event << " " << r.reel << " " << r.source_in << "-" << r.source_out << " at "
-               << r.dest_in << "-" << r.dest_out << " type " << r.type << " fades " << r.fade_in
-               << "/" << r.fade_out;
+constexpr std::int64_t in_24 = 46080;   // 24 frames
+constexpr std::int64_t out_12 = 23040;  // 12 frames
+
+// What a test looks at of an event that the split made.
+struct Event {
+  std::u16string reel;
+  std::int64_t source_in;
+  std::int64_t source_out;
+  std::int64_t dest_in;
+  std::int64_t dest_out;
+  std::uint32_t type;
+  std::int64_t fade_in;
+  std::int64_t fade_out;
+  int number;
+  friend bool operator==(const Event&, const Event&) = default;
+  friend void PrintTo(const Event& e, std::ostream* out) {
+    *out << utf8_from_text(e.reel) << ' ' << e.source_in << '-' << e.source_out << " at "
+         << e.dest_in << '-' << e.dest_out << " type " << e.type << " fades " << e.fade_in << ' '
+         << e.fade_out << " event " << e.number;
   }
 };
 
-std::vector<Row> rows_of(const CGenericEdl& edl) {
-  std::vector<Row> rows;
-  for (const CGenericEdlEntry* e : entries_of(edl)) {
-    rows.push_back({utf8(support::reel_of(*e)), e->source_in, e->source_out, e->dest_in,
-                    e->dest_out, e->transition_type, e->fade_in_length, e->fade_out_length,
-                    e->event_number});
+class SplitTest : public testing::Test {
+ protected:
+  SplitTest() { support::set_rates(edl); }
+  std::vector<Event> events() const {
+    std::vector<Event> found;
+    for (const CGenericEdlEntry* e : entries_of(edl)) {
+      found.push_back({support::reel_of(*e), e->source_in, e->source_out, e->dest_in, e->dest_out,
+                       e->transition_type, e->fade_in_length, e->fade_out_length, e->event_number});
+    }
+    return found;
   }
-  return rows;
-}
+  std::vector<Event> split(std::int64_t fade_in, std::int64_t fade_out) {
+    Edit edit = support::standard_edit();
+    edit.fade_in = fade_in;
+    edit.fade_out = fade_out;
+    edit.streams = {2};
+    add_entry(edl, edit);
+    edl.split_for_export();
+    return events();
+  }
+  support::ScriptedHost host;
+  ToyEdl edl;
+};
 
-// Ten seconds of TAPE01, 48000 Hz and 25 frames: 1920 samples a frame.
-std::vector<Row> split(std::int64_t fade_in, std::int64_t fade_out) {
-  CGenericEdl root;
-  support::set_rates(root);
-  Edit edit = support::standard_edit();
-  edit.fade_in = fade_in;
-  edit.fade_out = fade_out;
-  add_entry(root, edit);
-  LineFormat edl(&root);
-  edl.split_for_export();
-  return rows_of(root);
-}
-
-TEST(SplitForExport, NoFades) {
+TEST_F(SplitTest, WithoutFades) {
   EXPECT_EQ(
       split(0, 0),
-      (std::vector<Row>{{"TAPE01", 172800000, 173280000, 1728000000, 1728480000, 50, 0, 0, 1}}));
+      (std::vector<Event>{{u"TAPE01", 172800000, 173280000, 1728000000, 1728480000, 50, 0, 0, 1}}));
 }
 
-TEST(SplitForExport, LessThanAFrameIsNoFade) {
-  EXPECT_EQ(split(1919, 1919), (std::vector<Row>{{"TAPE01", 172800000, 173280000, 1728000000,
-                                                  1728480000, 50, 1919, 1919, 1}}));
+TEST_F(SplitTest, AFadeIn) {
+  EXPECT_EQ(split(in_24, 0),
+            (std::vector<Event>{
+                {u"BLK", 0, 0, 1728000000, 1728000000, 50, in_24, 0, 1},
+                {u"TAPE01", 172800000, 173280000, 1728000000, 1728480000, 51, in_24, 0, 1}}));
+  EXPECT_EQ(support::streams_of(*entries_of(edl)[0]), std::vector<int>{2});
 }
 
-TEST(SplitForExport, FadeInComesFromBlack) {
-  EXPECT_EQ(split(46080, 0),
-            (std::vector<Row>{
-                {"BLK", 0, 0, 1728000000, 1728000000, 50, 46080, 0, 1},
-                {"TAPE01", 172800000, 173280000, 1728000000, 1728480000, 51, 46080, 0, 1}}));
-}
-
-TEST(SplitForExport, FadeOutGoesToBlack) {
-  EXPECT_EQ(split(0, 23040),
-            (std::vector<Row>{{"TAPE01", 172800000, 173256960, 1728000000, 1728456960, 50, 0, 0, 1},
-                              {"TAPE01", 173256960, 173256960, 1728456960, 1728456960, 50, 0, 0, 2},
-                              {"BLK", 0, 23040, 1728456960, 1728480000, 51, 0, 23040, 2}}));
-}
-
-TEST(SplitForExport, BothFades) {
+TEST_F(SplitTest, AFadeOut) {
   EXPECT_EQ(
-      split(46080, 23040),
-      (std::vector<Row>{{"BLK", 0, 0, 1728000000, 1728000000, 50, 0, 0, 1},
-                        {"TAPE01", 172800000, 173256960, 1728000000, 1728456960, 51, 46080, 0, 1},
-                        {"TAPE01", 173256960, 173256960, 1728456960, 1728456960, 50, 0, 0, 2},
-                        {"BLK", 0, 23040, 1728456960, 1728480000, 51, 23040, 0, 2}}));
+      split(0, out_12),
+      (std::vector<Event>{{u"TAPE01", 172800000, 173256960, 1728000000, 1728456960, 50, 0, 0, 1},
+                          {u"TAPE01", 173256960, 173256960, 1728456960, 1728456960, 50, 0, 0, 2},
+                          {u"BLK", 0, 23040, 1728456960, 1728480000, 51, 0, out_12, 2}}));
+  EXPECT_EQ(support::streams_of(*entries_of(edl)[2]), std::vector<int>{2});
 }
 
-TEST(SplitForExport, NewEntriesOutliveTheExporter) {
+TEST_F(SplitTest, BothFades) {
+  EXPECT_EQ(split(in_24, out_12),
+            (std::vector<Event>{
+                {u"BLK", 0, 0, 1728000000, 1728000000, 50, 0, 0, 1},
+                {u"TAPE01", 172800000, 173256960, 1728000000, 1728456960, 51, in_24, 0, 1},
+                {u"TAPE01", 173256960, 173256960, 1728456960, 1728456960, 50, 0, 0, 2},
+                {u"BLK", 0, 23040, 1728456960, 1728480000, 51, out_12, 0, 2}}));
+}
+
+TEST_F(SplitTest, LessThanAFrameIsNoFadeAndStays) {
+  EXPECT_EQ(split(1919, 1919), (std::vector<Event>{{u"TAPE01", 172800000, 173280000, 1728000000,
+                                                    1728480000, 50, 1919, 1919, 1}}));
+}
+
+TEST_F(SplitTest, AFadeOfAFrameIsOne) {
+  EXPECT_EQ(split(1920, 0).size(), 2U);
+}
+
+TEST_F(SplitTest, AShortFadeBesideARealOneGoes) {
+  EXPECT_EQ(split(in_24, 1919),
+            (std::vector<Event>{
+                {u"BLK", 0, 0, 1728000000, 1728000000, 50, in_24, 0, 1},
+                {u"TAPE01", 172800000, 173280000, 1728000000, 1728480000, 51, in_24, 0, 1}}));
+}
+
+TEST_F(SplitTest, NumbersOfTheNewEventsWrap) {
+  Edit edit = support::standard_edit();
+  edit.event_number = 65535;
+  edit.fade_out = out_12;
+  add_entry(edl, edit);
+  edl.split_for_export();
+  // 65535 became 65535 and twice 0, a change of number, which is what counts.
+  EXPECT_EQ(events()[0].number, 1);
+  EXPECT_EQ(events()[1].number, 2);
+  EXPECT_EQ(events()[2].number, 2);
+}
+
+TEST_F(SplitTest, NewEventsBelongToTheOwnerOfTheirEdit) {
   CGenericEdl root;
   support::set_rates(root);
   Edit edit = support::standard_edit();
-  edit.fade_out = 23040;
+  edit.fade_in = in_24;
+  edit.fade_out = out_12;
   add_entry(root, edit);
-  { LineFormat(&root).split_for_export(); }
-  for (const CGenericEdlEntry* e : entries_of(root)) {
-    EXPECT_EQ(e->owner, &root);
-    wide_char text[12];
-    e->samples_to_timecode(e->dest_in, text);
-    EXPECT_NE(utf8(text), "");
+  {
+    ToyEdl exporter(&root);
+    exporter.split_for_export();
   }
+  const auto entries = entries_of(root);
+  ASSERT_EQ(entries.size(), 4U);
+  for (const CGenericEdlEntry* entry : entries)
+    EXPECT_EQ(entry->owner, &root);
+  EXPECT_EQ(support::reel_of(*entries[0]), u"BLK");
+  EXPECT_EQ(entries[0]->reel, entries[3]->reel) << "one reel of the root";
 }
 
-TEST(SplitForExport, EditThatIsAllFadeInStays) {
+TEST_F(SplitTest, AnEditWithoutOwner) {
   CGenericEdl root;
   support::set_rates(root);
-  add_entry(root, {.dest_in = 0,
-                   .dest_out = 46080,
-                   .source_out = 46080,
-                   .reel = u"R",
-                   .fade_in = 46080,
-                   .event_number = 1});
-  LineFormat(&root).split_for_export();
-  EXPECT_EQ(rows_of(root).size(), 2U);
+  Edit edit = support::standard_edit();
+  edit.fade_in = in_24;
+  add_entry(root, edit).owner = nullptr;
+  ToyEdl exporter(&root);
+  exporter.split_for_export();
+  ASSERT_EQ(entries_of(root).size(), 2U);
+  EXPECT_EQ(support::reel_of(*entries_of(root)[0]), u"BLK");
+  EXPECT_EQ(entries_of(root)[0]->reel, nullptr);
 }
 
-TEST(SplitForExport, DissolveWithABlackBehindItGoesWithIt) {
-  CGenericEdl root;
-  support::set_rates(root);
-  // Two edits that are nothing but the same fade-in; the second one's cut from black
-  // stands behind the first.
-  for (int i = 0; i < 2; ++i) {
-    add_entry(root, {.dest_in = 0,
-                     .dest_out = 46080,
-                     .source_out = 46080,
-                     .reel = u"R",
-                     .fade_in = 46080,
-                     .event_number = 1});
-  }
-  LineFormat(&root).split_for_export();
-  // Left are the first cut from black and the second edit.
-  const std::vector<Row> rows = rows_of(root);
-  ASSERT_EQ(rows.size(), 2U);
-  EXPECT_EQ(rows[0].reel, "BLK");
-  EXPECT_EQ(rows[1].reel, "R");
+// Black pairs
+
+Edit all_fade_in(const std::u16string& reel, std::int64_t dest_in, std::int64_t length) {
+  return {.dest_in = dest_in,
+          .dest_out = dest_in + length,
+          .source_in = 0,
+          .source_out = length,
+          .streams = {0},
+          .reel = reel,
+          .fade_in = length};
 }
 
-// The told steps one after another, on plain rows with scans.
-struct PlainEdit {
-  int id;
-  std::string reel;
-  int stream;
-  std::int64_t dest_in, dest_out, fade_in, fade_out;
-  bool dissolve = false;
-};
-
-constexpr std::int64_t frame = 1920;
-
-std::vector<PlainEdit> plainly_split(const std::vector<PlainEdit>& edits) {
-  std::vector<PlainEdit> out;
-  for (PlainEdit e : edits) {
-    const bool in = e.fade_in / frame != 0;
-    const bool fades_out = e.fade_out / frame != 0;
-    if (!in && !fades_out) {
-      e.dissolve = false;
-      out.push_back(e);
-      continue;
-    }
-    const std::int64_t length = e.fade_out;
-    if (!fades_out) e.fade_out = 0;
-    if (!in) e.fade_in = 0;
-    PlainEdit cut = e;
-    PlainEdit black = e;
-    if (in) {
-      PlainEdit front = e;
-      front.reel = "BLK";
-      front.dest_out = front.dest_in;
-      if (fades_out) front.fade_in = front.fade_out = 0;
-      front.dissolve = false;
-      out.push_back(front);
-    }
-    e.dissolve = in;
-    if (fades_out) {
-      e.dest_out -= length;
-      e.fade_out = 0;
-    }
-    out.push_back(e);
-    if (!fades_out) continue;
-    cut.dest_in = cut.dest_out = cut.dest_out - length;
-    cut.fade_in = cut.fade_out = 0;
-    cut.dissolve = false;
-    out.push_back(cut);
-    black.reel = "BLK";
-    black.dest_in = black.dest_out - length;
-    black.dissolve = true;
-    black.fade_in = in ? length : 0;
-    black.fade_out = in ? 0 : length;
-    out.push_back(black);
-  }
-  return out;
+TEST_F(SplitTest, AnEditThatIsAllFadeInStaysBehindItsOwnBlack) {
+  add_entry(edl, all_fade_in(u"R", 96000, in_24));
+  edl.split_for_export();
+  EXPECT_EQ(events(), (std::vector<Event>{{u"BLK", 0, 0, 96000, 96000, 50, in_24, 0, 1},
+                                          {u"R", 0, in_24, 96000, 142080, 51, in_24, 0, 1}}));
 }
 
-void plainly_remove_pairs(std::vector<PlainEdit>& list) {
-  for (std::size_t i = 0; i < list.size();) {
-    const PlainEdit& e = list[i];
-    std::size_t j = list.size();
-    if (e.dest_out - e.dest_in == e.fade_in && e.dissolve && e.reel != "BLK") {
-      for (j = i + 1; j < list.size(); ++j) {
-        const PlainEdit& b = list[j];
-        if (b.stream == e.stream && b.dest_in == e.dest_in && b.fade_in == e.fade_in &&
-            (b.dest_in == b.dest_out || b.reel == "BLK")) {
-          break;
-        }
-      }
-    }
-    if (j >= list.size()) {
-      ++i;
-      continue;
-    }
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(j));
-    list.erase(list.begin() + static_cast<std::ptrdiff_t>(i));
-  }
+TEST_F(SplitTest, WithALaterBlackOfTheSameStartBothGo) {
+  add_entry(edl, all_fade_in(u"R", 96000, in_24));
+  Edit longer = all_fade_in(u"S", 96000, in_24);
+  longer.dest_out += 48000;
+  longer.source_out += 48000;
+  add_entry(edl, longer);
+  edl.split_for_export();
+  EXPECT_EQ(events(), (std::vector<Event>{{u"BLK", 0, 0, 96000, 96000, 50, in_24, 0, 1},
+                                          {u"S", 0, 94080, 96000, 190080, 51, in_24, 0, 1}}));
 }
 
-TEST(SplitForExport, EqualsTheScanOnRandomLists) {
-  std::mt19937 random(3);
-  const auto pick = [&random](int n) {
-    return static_cast<int>(random() % static_cast<unsigned>(n));
+TEST_F(SplitTest, ABlackOfAnotherStreamStartOrFadeIsNoPartner) {
+  const auto count_with = [](Edit other) {
+    ToyEdl list;
+    support::set_rates(list);
+    add_entry(list, all_fade_in(u"R", 96000, in_24));
+    other.dest_out += 48000;
+    other.source_out += 48000;
+    add_entry(list, other);
+    list.split_for_export();
+    return entries_of(list).size();
   };
-  for (int round = 0; round < 500; ++round) {
-    CGenericEdl root;
-    support::set_rates(root);
-    std::vector<PlainEdit> edits;
-    for (int i = 0, n = pick(14); i < n; ++i) {
-      const std::int64_t start = frame * pick(4);
-      const std::int64_t length = frame * pick(4);
-      edits.push_back({i, pick(5) == 0 ? "BLK" : "R", pick(2), start, start + length,
-                       frame * pick(3), pick(3) == 0 ? frame * pick(3) : 0});
-      const PlainEdit& e = edits.back();
-      add_entry(root, {.dest_in = e.dest_in,
-                       .dest_out = e.dest_out,
-                       .streams = {e.stream},
-                       .reel = std::u16string(e.reel.begin(), e.reel.end()),
-                       .fade_in = e.fade_in,
-                       .fade_out = e.fade_out,
-                       .event_number = 1})
-          .source_word = static_cast<std::uint32_t>(i);
-    }
-    LineFormat(&root).split_for_export();
-    std::vector<PlainEdit> expected = plainly_split(edits);
-    plainly_remove_pairs(expected);
-    for (bool moved = true; moved;) {
-      moved = false;
-      for (std::size_t i = 0; i + 1 < expected.size(); ++i) {
-        if (expected[i].dest_in != expected[i + 1].dest_in ||
-            expected[i + 1].stream >= expected[i].stream) {
-          continue;
-        }
-        std::swap(expected[i], expected[i + 1]);
-        moved = true;
-      }
-    }
-    const auto entries = entries_of(root);
-    ASSERT_EQ(entries.size(), expected.size()) << round;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      ASSERT_EQ(static_cast<int>(entries[i]->source_word), expected[i].id) << round << ":" << i;
-      ASSERT_EQ(utf8(support::reel_of(*entries[i])), expected[i].reel) << round << ":" << i;
-      ASSERT_EQ(entries[i]->dest_in, expected[i].dest_in) << round << ":" << i;
-      ASSERT_EQ(entries[i]->dest_out, expected[i].dest_out) << round << ":" << i;
-      ASSERT_EQ(entries[i]->fade_in_length, expected[i].fade_in) << round << ":" << i;
-      ASSERT_EQ(entries[i]->fade_out_length, expected[i].fade_out) << round << ":" << i;
-      ASSERT_EQ(entries[i]->transition_type, expected[i].dissolve ? 51U : 50U) << round << ":" << i;
-    }
+  Edit stream = all_fade_in(u"S", 96000, in_24);
+  stream.streams = {1};
+  EXPECT_EQ(count_with(stream), 4U);
+  EXPECT_EQ(count_with(all_fade_in(u"S", 97920, in_24)), 4U);
+  EXPECT_EQ(count_with(all_fade_in(u"S", 96000, in_24 + 1920)), 4U);
+  EXPECT_EQ(count_with(all_fade_in(u"S", 96000, in_24)), 2U);
+}
+
+TEST_F(SplitTest, AnEditOnTheBlackReelIsNoPictureOfAFade) {
+  const auto count_with = [](const std::u16string& reel) {
+    ToyEdl list;
+    support::set_rates(list);
+    add_entry(list, all_fade_in(reel, 96000, in_24));
+    Edit longer = all_fade_in(u"S", 96000, in_24);
+    longer.dest_out += 48000;
+    longer.source_out += 48000;
+    add_entry(list, longer);
+    list.split_for_export();
+    return entries_of(list).size();
+  };
+  EXPECT_EQ(count_with(u"BLK"), 4U);
+  EXPECT_EQ(count_with(u"BLKS"), 2U);
+  EXPECT_EQ(count_with(u"blk"), 2U) << "case counts";
+}
+
+// The whole preparation
+
+TEST_F(SplitTest, EventsOfOneStartAreOrderedByStream) {
+  Edit two = support::standard_edit();
+  two.streams = {1};
+  two.fade_in = in_24;
+  add_entry(edl, two);
+  Edit one = support::standard_edit();
+  one.event_number = 2;
+  add_entry(edl, one);
+  edl.split_for_export();
+  std::vector<std::pair<int, int>> found;
+  for (const CGenericEdlEntry* entry : entries_of(edl))
+    found.emplace_back(entry->get_stream(0), entry->event_number);
+  EXPECT_EQ(found, (std::vector<std::pair<int, int>>{{0, 1}, {1, 2}, {1, 2}}));
+}
+
+TEST_F(SplitTest, IsTheToldPreparation) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 400; ++round) {
+    Rows rows = crowded_rows(random, support::below(random, 50));
+    ToyEdl list;
+    support::set_rates(list);
+    add_rows(list, rows);
+    // Reels are shared by name without regard to case, so take the rows as they
+    // stand on the list.
+    rows = rows_of(list);
+    list.split_for_export();
+    plain_split_for_export(rows, 1920);
+    ASSERT_TRUE(same_rows(rows_of(list), rows)) << "round " << round;
   }
+}
+
+TEST_F(SplitTest, ManyPairsOfOneStart) {
+  // Edits that are all fade-in at one place, so that pairs are found and lost all
+  // along the list.
+  std::mt19937 random(6);
+  for (int round = 0; round < 100; ++round) {
+    Rows rows = crowded_rows(random, 40);
+    for (support::Row& row : rows) {
+      row.dest_in = 10000 * support::below(random, 2);
+      row.fade_in = 5000 * support::below(random, 3);
+      row.fade_out = support::below(random, 4) == 0 ? 5000 : 0;
+      row.dest_out = row.dest_in + row.fade_in + row.fade_out;
+      row.streams = {support::below(random, 2)};
+      row.reel = support::below(random, 4) == 0 ? u"BLK" : u"R";
+    }
+    ToyEdl list;
+    support::set_rates(list);
+    add_rows(list, rows);
+    list.split_for_export();
+    plain_split_for_export(rows, 1920);
+    ASSERT_TRUE(same_rows(rows_of(list), rows)) << "round " << round;
+  }
+}
+
+TEST_F(SplitTest, TimesAtTheEndsOf64BitsWrap) {
+  Edit edit;
+  edit.dest_in = INT64_MIN;
+  edit.dest_out = INT64_MIN;
+  edit.source_in = INT64_MIN;
+  edit.source_out = INT64_MIN;
+  edit.fade_in = INT64_MAX;
+  edit.fade_out = INT64_MAX;
+  edit.reel = u"R";
+  add_entry(edl, edit);
+  edl.split_for_export();
+  EXPECT_EQ(entries_of(edl).size(), 4U);
+  EXPECT_EQ(entries_of(edl)[1]->dest_out, 1);
 }
 
 }  // namespace
