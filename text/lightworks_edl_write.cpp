@@ -52,7 +52,7 @@ std::u16string time_column(std::int64_t samples, const TimeBase& base) {
 }
 
 std::u16string level_column(float level) {
-  const std::u16string text = filled(fixed_point(double{level}, 3), level_width);
+  const std::u16string text = filled(fixed_point(static_cast<double>(level), 3), level_width);
   return text.size() > level_width ? u"00000000" : text;
 }
 

@@ -43,7 +43,7 @@ std::int32_t digits_value(std::u16string_view text) {
 }
 
 float level_value(std::u16string_view word) {
-  constexpr double limit = std::numeric_limits<float>::max();
+  constexpr double limit = static_cast<double>(std::numeric_limits<float>::max());
   double level = 0;
   return scan_number(word, level) && std::abs(level) <= limit ? static_cast<float>(level) : 0.0F;
 }

@@ -135,7 +135,7 @@ std::u16string second_line(const CGenericEdlEntry& entry) {
   for (const std::int64_t length : {entry.fade_in_length, entry.fade_out_length}) {
     line.append(text::TimeText(entry, length).view()).append(u"\t");
   }
-  line.append(fixed_point(double{entry.gain_left}, 2)).append(u"dB\t");
+  line.append(fixed_point(static_cast<double>(entry.gain_left), 2)).append(u"dB\t");
   return line.append(name).append(u"\n");
 }
 
