@@ -23,7 +23,8 @@ constexpr bool ends_file(int byte) {
 
 }  // namespace
 
-CTextFile::CTextFile(unsigned short size) : line_buffer_(std::size_t{size} + 1), size_(size) {}
+CTextFile::CTextFile(unsigned short size)
+    : line_buffer_(std::max<std::size_t>(size, 1) + 1), size_(std::max<std::size_t>(size, 1)) {}
 
 bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* error) {
   line_number_ = line_ends_ = line_start_ = 0;
@@ -64,6 +65,7 @@ wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
   if (ends_file(byte)) return nullptr;
   bytes_.push_back(static_cast<char>(byte));
   gather_line(max);
+  if (max == 0) return nullptr;
   while (bytes_.back() == '\0')
     bytes_.pop_back();
   decode_line(buffer, max);
@@ -78,7 +80,8 @@ void CTextFile::gather_line(std::size_t max) {
       return is_line_end(c) || static_cast<unsigned char>(c) == end_of_line_mark;
     });
     const auto length = static_cast<std::size_t>(line_end - bytes.begin());
-    bytes_.append(bytes.substr(0, std::min(length, max - bytes_.size())));
+    const std::size_t room = max - std::min(max, bytes_.size());
+    bytes_.append(bytes.substr(0, std::min(length, room)));
     consume(length);
     if (length < bytes.size()) break;
   }

@@ -182,6 +182,22 @@ TEST_F(TextFileTest, ReadStringTakesAtMostWhatItIsGiven) {
   EXPECT_EQ(file.ReadString(buffer, 3), nullptr);
 }
 
+TEST_F(TextFileTest, WithoutRoomEveryLineIsEmpty) {
+  CTextFile file(line_file_size);
+  open(file, "ABCDEF\nGH\n");
+  wide_char buffer[1] = {u'x'};
+  EXPECT_EQ(file.ReadString(buffer, 0), nullptr);
+  EXPECT_EQ(buffer[0], u'x');
+  EXPECT_EQ(file.ReadString(buffer, 1), buffer);
+  EXPECT_EQ(buffer[0], u'G') << "the first line was passed";
+  for (const unsigned short size : std::initializer_list<unsigned short>{0, 1}) {
+    CTextFile small(size);
+    open(small, "ABCDEF\n");
+    EXPECT_EQ(small.get_line(), 0);
+    EXPECT_EQ(small.line()[0], u'\0');
+  }
+}
+
 TEST_F(TextFileTest, WordsOfALine) {
   CTextFile file(line_file_size);
   open(file, "X  AB \t CD");
