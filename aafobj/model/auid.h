@@ -23,7 +23,9 @@ constexpr std::strong_ordering operator<=>(const aafUID_t& a, const aafUID_t& b)
   return std::strong_ordering::equal;
 }
 
-constexpr bool operator==(const aafUID_t& a, const aafUID_t& b) { return (a <=> b) == 0; }
+constexpr bool operator==(const aafUID_t& a, const aafUID_t& b) {
+  return (a <=> b) == 0;
+}
 
 inline bool operator==(const aafMobID_t& a, const aafMobID_t& b) {
   return std::memcmp(&a, &b, sizeof(aafMobID_t)) == 0;

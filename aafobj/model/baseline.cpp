@@ -16,7 +16,9 @@ const typename Table::value_type* find_by_identifier(const Table& table, const O
   return &table[*at];
 }
 
-std::size_t number(ClassIndex index) { return static_cast<std::size_t>(index); }
+std::size_t number(ClassIndex index) {
+  return static_cast<std::size_t>(index);
+}
 
 }  // namespace
 
@@ -43,9 +45,9 @@ const PropertyRow* find_property(const aafUID_t& identifier) {
 }
 
 const PropertyRow* find_property(std::uint16_t pid) {
-  const auto at =
-      std::lower_bound(property_by_pid.begin(), property_by_pid.end(), pid,
-                       [](std::size_t row, std::uint16_t n) { return property_table[row].pid < n; });
+  const auto at = std::lower_bound(
+      property_by_pid.begin(), property_by_pid.end(), pid,
+      [](std::size_t row, std::uint16_t n) { return property_table[row].pid < n; });
   if (at == property_by_pid.end() || property_table[*at].pid != pid) return nullptr;
   return &property_table[*at];
 }
