@@ -46,11 +46,11 @@ inline constexpr StorageId k_root_storage{0};
 
 /// One child of a storage.
 struct Element {
-  std::u16string name;        ///< as stored, 1 to 31 units
+  std::u16string name;  ///< as stored, 1 to 31 units
   ElementType type = ElementType::stream;
-  StorageId storage{};        ///< valid when the type is storage
-  ClassId class_id{};         ///< of a storage; zero for a stream
-  std::uint64_t size = 0;     ///< of a stream, in bytes
+  StorageId storage{0xffffffff};  ///< of a storage; names nothing for a stream
+  ClassId class_id{};             ///< of a storage; zero for a stream
+  std::uint64_t size = 0;         ///< of a stream, in bytes
 };
 
 /// An open stream with a position of its own. Copies of the handle, and
@@ -206,13 +206,15 @@ class CompoundFile {
 
   /// Makes these the bytes of the stream, creating it when it is missing. The
   /// former bytes stay in the file until the next flush.
-  Result write_stream(StorageId parent, std::u16string_view name,
-                      std::span<const std::byte> bytes);
+  Result write_stream(StorageId parent, std::u16string_view name, std::span<const std::byte> bytes);
 
  private:
-  explicit CompoundFile(std::shared_ptr<CompoundState> state);
+  explicit CompoundFile(std::unique_ptr<CompoundState> state);
 
-  std::shared_ptr<CompoundState> m_state;
+  std::unique_ptr<CompoundState> m_state;  // null once closed
+  FileKind m_kind;
+  Access m_access;
+  std::uint32_t m_sector_size;
 };
 
 }  // namespace aafobj

@@ -121,7 +121,7 @@ Result MemoryStorage::read_at(std::uint64_t position, std::span<std::byte> out,
                               std::size_t& count) {
   count = 0;
   if (position >= m_bytes.size()) return Result::ok;
-  const auto start = static_cast<std::size_t>(position);
+  const auto start = position;
   count = std::min(out.size(), m_bytes.size() - start);
   if (count != 0) std::memcpy(out.data(), m_bytes.data() + start, count);
   return Result::ok;
@@ -134,7 +134,7 @@ Result MemoryStorage::write_at(std::uint64_t position, std::span<const std::byte
   if (const std::uint64_t end = position + bytes.size(); end > m_bytes.size()) {
     if (const Result r = set_size(end); r != Result::ok) return r;
   }
-  std::memcpy(m_bytes.data() + static_cast<std::size_t>(position), bytes.data(), bytes.size());
+  std::memcpy(m_bytes.data() + position, bytes.data(), bytes.size());
   return Result::ok;
 }
 
@@ -149,9 +149,9 @@ Result MemoryStorage::set_size(std::uint64_t bytes) {
   if (!m_writable) return Result::read_only;
   try {
     if (bytes > m_bytes.capacity()) {
-      m_bytes.reserve(std::max(static_cast<std::size_t>(bytes), m_bytes.capacity() * 2));
+      m_bytes.reserve(std::max(bytes, m_bytes.capacity() * 2));
     }
-    m_bytes.resize(static_cast<std::size_t>(bytes));
+    m_bytes.resize(bytes);
   } catch (const std::bad_alloc&) {
     return Result::no_space;
   } catch (const std::length_error&) {

@@ -1,0 +1,25 @@
+// The host's file system library: folders as opaque handles.
+#pragma once
+
+#include <cstddef>
+
+#include "host/api.h"
+#include "host/text.h"
+
+// Owned by the host; compared by address.
+class EDL_API HostFolder {
+ public:
+  virtual ~HostFolder() = default;
+};
+
+class EDL_API Folders {
+ public:
+  virtual ~Folders() = default;
+  // LFGetLocalPCPath: the folder's local path into `out` of `size` units, ending
+  // so that a file name can be appended.
+  virtual void local_path(HostFolder* folder, wide_char* out, std::size_t size) = 0;
+  // LFFindDir: a folder for a path; may be null.
+  [[nodiscard]] virtual HostFolder* find_folder(const wide_char* path) = 0;
+  // LFRefresh: makes new files in the folder known. Null is allowed.
+  virtual void refresh(HostFolder* folder) = 0;
+};

@@ -1,0 +1,115 @@
+#include "host/text_format.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+std::u16string widened(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+}  // namespace
+
+std::u16string decimal(std::int64_t value, int width) {
+  std::array<char, 24> buffer;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  std::string_view digits(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  std::u16string out;
+  if (value < 0) {
+    out.push_back(u'-');
+    digits.remove_prefix(1);
+  }
+  const std::size_t places = out.size() + digits.size();
+  const auto wanted = static_cast<std::size_t>(width > 0 ? width : 0);
+  if (places < wanted) out.append(wanted - places, u'0');
+  return out + widened(digits);
+}
+
+std::u16string fixed_point(double value, int places) {
+  if (std::isnan(value)) return u"nan";
+  if (std::isinf(value)) return value < 0 ? u"-inf" : u"inf";
+  // The longest double has 309 digits in front of the point.
+  std::array<char, 400> buffer;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                 std::chars_format::fixed, places)
+                       .ptr;
+  return widened({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
+}
+
+std::u16string signed_fixed_point(double value, int places) {
+  std::u16string out = fixed_point(value, places);
+  if (out.front() != u'-') out.insert(out.begin(), u'+');
+  return out;
+}
+
+std::u16string fill_host_format(std::u16string_view format, std::u16string_view text,
+                                std::int64_t number) {
+  std::u16string out;
+  bool text_used = false;
+  bool number_used = false;
+  for (std::size_t i = 0; i < format.size(); ++i) {
+    const std::u16string_view rest = format.substr(i);
+    if (rest.starts_with(u"%%")) {
+      out.push_back(u'%');
+      ++i;
+    } else if (!text_used && rest.starts_with(u"%s")) {
+      out.append(text);
+      text_used = true;
+      ++i;
+    } else if (!number_used &&
+               (rest.starts_with(u"%d") || rest.starts_with(u"%u") || rest.starts_with(u"%i"))) {
+      out.append(decimal(number));
+      number_used = true;
+      ++i;
+    } else if (!number_used && (rest.starts_with(u"%ld") || rest.starts_with(u"%lu"))) {
+      out.append(decimal(number));
+      number_used = true;
+      i += 2;
+    } else {
+      out.push_back(format[i]);
+    }
+  }
+  return out;
+}
+
+bool scan_number(std::u16string_view text, double& value) {
+  value = 0.0;
+  std::size_t at = 0;
+  while (at < text.size() && is_white_space(text[at]))
+    ++at;
+  std::string ascii;
+  bool digits = false;
+  bool point = false;
+  if (at < text.size() && (text[at] == u'+' || text[at] == u'-')) {
+    if (text[at] == u'-') ascii.push_back('-');
+    ++at;
+  }
+  for (; at < text.size() && (is_digit(text[at]) || (text[at] == u'.' && !point)); ++at) {
+    point = point || text[at] == u'.';
+    digits = digits || is_digit(text[at]);
+    ascii.push_back(static_cast<char>(text[at]));
+  }
+  if (!digits) return false;
+  if (at < text.size() && (text[at] == u'e' || text[at] == u'E')) {
+    std::string exponent = "e";
+    std::size_t next = at + 1;
+    if (next < text.size() && (text[next] == u'+' || text[next] == u'-')) {
+      exponent.push_back(static_cast<char>(text[next++]));
+    }
+    const std::size_t first_digit = next;
+    for (; next < text.size() && is_digit(text[next]); ++next) {
+      exponent.push_back(static_cast<char>(text[next]));
+    }
+    if (next > first_digit) ascii += exponent;
+  }
+  // from_chars wants no "+" behind the "e"; it has no locale.
+  if (const auto plus = ascii.find("e+"); plus != std::string::npos) ascii.erase(plus + 1, 1);
+  double read = 0.0;
+  const auto result = std::from_chars(ascii.data(), ascii.data() + ascii.size(), read);
+  if (result.ec != std::errc() || !std::isfinite(read)) return false;
+  value = read;
+  return true;
+}
