@@ -68,7 +68,7 @@ bool is_kind_of(ClassIndex index, ClassIndex ancestor) {
   return false;
 }
 
-std::span<const PropertyRow> own_properties(ClassIndex index) {
+std::span<const PropertyRow> own_properties_of(ClassIndex index) {
   const ClassRow& row = row_of(index);
   return {property_table.data() + row.first_property, row.property_count};
 }

@@ -27,7 +27,7 @@ TypeIndex index_of(const TypeRow& row);
 bool is_kind_of(ClassIndex index, ClassIndex ancestor);
 
 // The properties that the class adds to those of its ancestors.
-std::span<const PropertyRow> own_properties(ClassIndex index);
+std::span<const PropertyRow> own_properties_of(ClassIndex index);
 
 // Fields, values or path steps of the type, in order.
 std::span<const TypeMemberRow> members_of(const TypeRow& row);

@@ -133,14 +133,14 @@ TEST(Baseline, ClassesHaveTheirFlagsAndIdentifiers) {
 }
 
 TEST(Baseline, OwnPropertiesAreThoseOfTheClassAlone) {
-  const auto slot = own_properties(ClassIndex::TimelineMobSlot);
+  const auto slot = own_properties_of(ClassIndex::TimelineMobSlot);
   ASSERT_EQ(slot.size(), 5u);
   EXPECT_EQ(slot[0].name, "EditRate");
   EXPECT_EQ(slot[4].name, "UserPos");
-  EXPECT_TRUE(own_properties(ClassIndex::Segment).empty());
+  EXPECT_TRUE(own_properties_of(ClassIndex::Segment).empty());
   std::size_t total = 0;
   for (const ClassRow& row : class_table) {
-    for (const PropertyRow& property : own_properties(index_of(row))) {
+    for (const PropertyRow& property : own_properties_of(index_of(row))) {
       EXPECT_EQ(property.owner, index_of(row)) << property.name;
       ++total;
     }
