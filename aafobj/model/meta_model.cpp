@@ -160,7 +160,7 @@ ClassDef* MetaModel::read_class(const aafUID_t& identifier) {
   if (object->get_weak(pid::ClassDefinition_ParentClass, parent) < 0) return nullptr;
   if (get_value(*object, pid::ClassDefinition_IsConcrete, is_concrete) < 0) is_concrete = 1;
   definition.is_concrete = is_concrete != 0;
-  if (definition.name.empty()) definition.name = u"?";
+  if (definition.name.empty()) definition.name.push_back(u'?');
   ++m_depth;
   definition.parent = find_class(parent.key.auid());
   --m_depth;
