@@ -128,8 +128,7 @@ class Definer {
 
   void define(const ClassDef& cls) {
     StoredObject* object = nullptr;
-    const bool is_top = cls.parent && cls.parent->baseline == ClassIndex::Root;
-    const ClassDef& parent = is_top || !cls.parent ? cls : *cls.parent;
+    const ClassDef& parent = cls.parent ? *cls.parent : cls;  // a top class names itself
     need_class(parent);
     if (cls.name.empty()) return;  // a class that nobody has defined stays so
     if (!make(m_dictionary, pid::MetaDictionary_ClassDefinitions, ClassIndex::ClassDefinition,

@@ -111,7 +111,9 @@ ClassDef& MetaModel::insert_baseline(ClassIndex index) {
   definition.identifier = row.identifier;
   definition.is_concrete = row.is_concrete;
   definition.baseline = definition.nearest = index;
-  if (row.parent != ClassIndex::none) definition.parent = &class_of(row.parent);
+  // The root storage's class is above the others in the tables, but they have nothing of it.
+  const bool is_top = row.parent == ClassIndex::none || row.parent == ClassIndex::Root;
+  if (!is_top) definition.parent = &class_of(row.parent);
   ClassDef& stored = insert(std::move(definition));
   for (const PropertyRow& property : own_properties_of(index)) {
     if (property.pid != 0) add_own(stored, definition_from(property));

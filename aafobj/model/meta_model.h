@@ -34,7 +34,7 @@ struct PropertyDef {
 struct ClassDef {
   std::u16string name;  // empty when neither the tables nor the file know the class
   aafUID_t identifier{};
-  const ClassDef* parent = nullptr;
+  const ClassDef* parent = nullptr;  // null at the top of a branch
   bool is_concrete = true;
   ClassIndex baseline = ClassIndex::none;  // none for an extension
   ClassIndex nearest = ClassIndex::none;   // the class itself or its nearest baseline ancestor

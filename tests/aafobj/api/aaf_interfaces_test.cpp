@@ -48,10 +48,10 @@ TEST(AafInterfaces, ParametersHaveTheirPublishedTypes) {
   static_assert(std::is_same_v<decltype(&IAAFSourceClip::Initialize),
                                HRESULT (IAAFSourceClip::*)(IAAFDataDef*, const aafLength_t&,
                                                            aafSourceRef_t)>);
-  static_assert(std::is_same_v<decltype(&IAAFMob::GetName),
-                               HRESULT (IAAFMob::*)(wchar_t*, unsigned int)>);
-  static_assert(std::is_same_v<decltype(&IUnknown::QueryInterface),
-                               int (IUnknown::*)(const GUID&, void**)>);
+  static_assert(
+      std::is_same_v<decltype(&IAAFMob::GetName), HRESULT (IAAFMob::*)(wchar_t*, unsigned int)>);
+  static_assert(
+      std::is_same_v<decltype(&IUnknown::QueryInterface), int (IUnknown::*)(const GUID&, void**)>);
   static_assert(std::is_same_v<decltype(&AAFFileOpenExistingRead),
                                int (*)(const wchar_t*, unsigned int, IAAFFile**)>);
 }

@@ -38,8 +38,10 @@ TEST(Baseline, TablesBeginAndEndWhereTheyShould) {
 }
 
 TEST(Baseline, EveryRowIsFoundByItsIdentifier) {
-  for (const ClassRow& row : class_table) EXPECT_EQ(find_class(row.identifier), &row) << row.name;
-  for (const TypeRow& row : type_table) EXPECT_EQ(find_type(row.identifier), &row) << row.name;
+  for (const ClassRow& row : class_table)
+    EXPECT_EQ(find_class(row.identifier), &row) << row.name;
+  for (const TypeRow& row : type_table)
+    EXPECT_EQ(find_type(row.identifier), &row) << row.name;
   for (const PropertyRow& row : property_table) {
     EXPECT_EQ(find_property(row.identifier), &row) << row.name;
   }
@@ -192,7 +194,8 @@ TEST(Baseline, SizesAddUp) {
   for (const TypeRow& row : type_table) {
     if (row.kind == TypeKind::record) {
       std::size_t sum = 0;
-      for (const TypeMemberRow& member : members_of(row)) sum += row_of(member.type).size_bytes;
+      for (const TypeMemberRow& member : members_of(row))
+        sum += row_of(member.type).size_bytes;
       EXPECT_EQ(row.size_bytes, sum) << row.name;
     }
     if (row.kind == TypeKind::rename || row.kind == TypeKind::enumeration) {
