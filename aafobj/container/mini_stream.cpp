@@ -8,8 +8,9 @@ namespace aafobj {
 
 namespace {
 
-// The mini stream grows by steps, so that its sectors lie together.
-constexpr std::uint32_t k_growth_bytes = 65536;
+// The mini stream grows by half of itself up to this, so that its sectors lie
+// together.
+constexpr std::uint32_t k_most_growth_bytes = 65536;
 
 }  // namespace
 
@@ -55,6 +56,7 @@ Result MiniStream::load() {
   const std::uint64_t file_bytes = std::uint64_t{m_table.sector_count()} * m_io.sector_size();
   if (m_size > file_bytes || m_table_sectors > m_table.sector_count()) return Result::damaged;
   m_data_sectors = divide_up(m_size, m_io.sector_size());
+  m_flushed_sectors = m_data_sectors;
   m_entries.clear();
   if (const Result r = load_table(); r != Result::ok) return r;
   m_loaded = true;
@@ -164,7 +166,8 @@ Result MiniStream::ensure_data(std::uint32_t mini_count) {
   const std::uint32_t needed =
       divide_up(std::uint64_t{mini_count} * k_mini_sector_size, sector_size);
   if (needed <= m_data_sectors) return Result::ok;
-  const std::uint32_t want = std::max(needed, m_data_sectors + k_growth_bytes / sector_size);
+  const std::uint32_t step = std::min(m_data_sectors / 2, k_most_growth_bytes / sector_size);
+  const std::uint32_t want = std::max(needed, m_data_sectors + step);
   const Result grown = m_data.resize(m_table, m_data_sectors, want);
   if (grown != Result::ok) return grown;
   for (std::uint32_t index = m_data_sectors; index < want; ++index) {
@@ -223,6 +226,7 @@ Result MiniStream::resize(std::vector<std::uint32_t>& minis, std::uint32_t want)
   return Result::ok;
 }
 
+// Sectors that came since the last flush can be used again at once.
 Result MiniStream::cut_data() {
   const std::uint32_t want = divide_up(m_size, m_io.sector_size());
   for (std::uint32_t index = want; index < m_data_sectors; ++index) {
@@ -231,9 +235,10 @@ Result MiniStream::cut_data() {
     if (r != Result::ok) return r;
     m_cache.discard(run.first);
   }
+  const std::size_t released = m_table.released_runs();
   if (const Result r = m_data.resize(m_table, m_data_sectors, want); r != Result::ok) return r;
   m_data_sectors = want;
-  return Result::ok;
+  return want < m_flushed_sectors ? Result::ok : m_table.free_released(released);
 }
 
 Result MiniStream::place(CompoundHeader& header) {
@@ -282,6 +287,7 @@ void MiniStream::free_released() {
   for (const std::uint32_t mini : m_released)
     m_free.add({mini, 1});
   m_released.clear();
+  m_flushed_sectors = m_data_sectors;
 }
 
 }  // namespace aafobj

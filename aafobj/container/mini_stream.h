@@ -80,9 +80,10 @@ class MiniStream {
   SectorTable& m_table;
   Chain m_table_chain;
   Chain m_data;
-  std::uint32_t m_table_sectors = 0;  // of m_table_chain
-  std::uint32_t m_data_sectors = 0;   // of m_data
-  std::uint64_t m_size = 0;           // of the mini stream, in bytes
+  std::uint32_t m_table_sectors = 0;    // of m_table_chain
+  std::uint32_t m_data_sectors = 0;     // of m_data
+  std::uint32_t m_flushed_sectors = 0;  // of m_data, at the last flush
+  std::uint64_t m_size = 0;             // of the mini stream, in bytes
   bool m_loaded = true;
   bool m_changed = false;
   std::vector<std::uint32_t> m_entries;  // the table, one for each mini sector

@@ -262,8 +262,8 @@ Result SectorTable::release_chain(std::uint32_t first) {
   return Result::ok;
 }
 
-Result SectorTable::free_released() {
-  while (!m_released.empty()) {
+Result SectorTable::free_released(std::size_t keep) {
+  while (m_released.size() > keep) {
     const SectorRun run = m_released.back();
     for (std::uint32_t i = 0; i < run.count; ++i) {
       if (const Result r = set(run.first + i, k_free_sector); r != Result::ok) return r;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -59,8 +60,10 @@ class SectorTable {
   /// Gives up a chain. Its sectors are free after free_released().
   Result release_chain(std::uint32_t first);
 
-  bool has_released() const { return !m_released.empty(); }
-  Result free_released();
+  /// Frees what was given up, all or only what came after the first `keep`
+  /// runs.
+  Result free_released(std::size_t keep = 0);
+  std::size_t released_runs() const { return m_released.size(); }
 
   /// Writes the list of table sectors and fills its part of the header.
   Result write_list(CompoundHeader& header);

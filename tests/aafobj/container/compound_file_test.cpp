@@ -268,6 +268,52 @@ TEST_P(CompoundFileTest, WholeStreamReadKeepsToItsLimit) {
   EXPECT_EQ(bytes, pattern(10000, 1));
 }
 
+// So scattered that the places of its sectors are not all kept in memory.
+TEST(CompoundScattered, EverySectorOnItsOwn) {
+  std::unique_ptr<CompoundFile> file;
+  const auto storage = make_file(FileKind::aaf_512, file);
+  constexpr std::size_t count = 150000;
+  std::array<Stream, 2> streams;
+  ASSERT_EQ(file->create_stream(k_root_storage, u"a", streams[0]), Result::ok);
+  ASSERT_EQ(file->create_stream(k_root_storage, u"b", streams[1]), Result::ok);
+  for (std::size_t i = 8; i <= count; ++i) {
+    for (const Stream& stream : streams)
+      ASSERT_EQ(stream.set_size(i * 512), Result::ok);
+  }
+  Bytes expected = pattern(count * 512, 1);
+  ASSERT_EQ(streams[0].write_at(0, expected), Result::ok);
+  ASSERT_EQ(streams[1].write_at(0, pattern(count * 512, 2)), Result::ok);
+  const auto check = [&file, &expected](const Stream& stream) {
+    Bytes bytes(30000);
+    std::size_t got = 0;
+    for (std::size_t i = 0; i < 300; ++i) {
+      const std::size_t at = i * 7654321 % expected.size();
+      ASSERT_EQ(stream.read_at(at, bytes, got), Result::ok);
+      ASSERT_EQ(got, std::min(bytes.size(), expected.size() - at));
+      ASSERT_TRUE(std::equal(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(got),
+                             expected.begin() + static_cast<std::ptrdiff_t>(at)));
+    }
+    EXPECT_EQ(file->verify(), Result::ok);
+  };
+  check(streams[0]);
+  const Bytes tail = pattern(1000000, 3);
+  expected.resize(count * 256 + 5);
+  ASSERT_EQ(streams[0].set_size(expected.size()), Result::ok);
+  ASSERT_EQ(streams[0].write_at(expected.size(), tail), Result::ok);
+  expected.insert(expected.end(), tail.begin(), tail.end());
+  check(streams[0]);
+  ASSERT_EQ(file->close(), Result::ok);
+  ASSERT_EQ(CompoundFile::open(storage, Access::modify, file), Result::ok);
+  Stream stream;
+  ASSERT_EQ(file->open_stream(k_root_storage, u"a", stream), Result::ok);
+  check(stream);
+  ASSERT_EQ(file->open_stream(k_root_storage, u"b", streams[1]), Result::ok);
+  ASSERT_EQ(file->remove(k_root_storage, u"a"), Result::ok);
+  ASSERT_EQ(file->flush(), Result::ok);
+  expected = pattern(count * 512, 2);
+  check(streams[1]);
+}
+
 TEST(CompoundDisk, FilesAreMadeAndReplacedOnlyWhenAsked) {
   const TemporaryFile path;
   std::unique_ptr<CompoundFile> file;
