@@ -21,6 +21,9 @@ std::string own_folder() {
 void* SystemLibraries::load(const wide_char* name, std::uint32_t& error) {
   const std::string file = utf8_from_text({name, text_length(name)});
   void* library = nullptr;
+  error = error_not_found;
+  // The system takes an empty name for the program itself.
+  if (file.empty()) return nullptr;
   if (file.find('/') == std::string::npos) {
     library = ::dlopen((own_folder() + file).c_str(), RTLD_NOW | RTLD_LOCAL);
   }
@@ -30,13 +33,14 @@ void* SystemLibraries::load(const wide_char* name, std::uint32_t& error) {
 }
 
 void* SystemLibraries::entry(void* library, const char* name, std::uint32_t& error) {
-  void* const found = ::dlsym(library, name);
+  // The system takes a null handle for everything that is loaded.
+  void* const found = library == nullptr ? nullptr : ::dlsym(library, name);
   error = found == nullptr ? error_no_entry : 0;
   return found;
 }
 
 bool SystemLibraries::unload(void* library, std::uint32_t& error) {
-  const bool freed = ::dlclose(library) == 0;
+  const bool freed = library != nullptr && ::dlclose(library) == 0;
   error = freed ? 0 : error_not_found;
   return freed;
 }

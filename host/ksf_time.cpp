@@ -113,7 +113,7 @@ void CKsfTime::to_text(wide_char* out, std::uint8_t time_format) const {
   }
   const std::int64_t sr = samples_per_second(sample_rate_index_);
   const std::int64_t fps = frames_per_second(frame_rate_index_);
-  if (samples_ < 0) *out++ = u'-';
+  if (samples_ < 0 && sr != 0) *out++ = u'-';
   // The magnitude of the lowest number does not fit; one less is as far out of
   // range.
   std::int64_t x = samples_ < 0 ? -std::max(samples_, -time_not_given) : samples_;

@@ -20,7 +20,8 @@ void copy_text(wide_char* out, std::size_t size, std::u16string_view text) {
 }
 
 void copy_text(wide_char* out, std::size_t size, const wide_char* text) {
-  copy_text(out, size, std::u16string_view(text, text_length(text, size)));
+  if (size == 0) return;
+  copy_text(out, size, std::u16string_view(text, text_length(text, size - 1)));
 }
 
 bool equal_no_case(std::u16string_view a, std::u16string_view b) {

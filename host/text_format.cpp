@@ -1,5 +1,6 @@
 #include "host/text_format.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -9,6 +10,30 @@ namespace {
 
 std::u16string widened(std::string_view text) {
   return {text.begin(), text.end()};
+}
+
+// The most decimals that any file form asks for, with room to spare.
+constexpr int most_places = 60;
+
+// Whether a number of decimal digits, a point and an exponent, which does not fit a
+// double, is too small for it rather than too large. The place of its first digit
+// that is not 0 decides, since the range ends far away on both sides.
+bool is_tiny(std::string_view number) {
+  const std::size_t e = number.find('e');
+  const std::string_view mantissa = number.substr(0, e);
+  const std::size_t first = mantissa.find_first_of("123456789");
+  if (first == std::string_view::npos) return true;
+  std::int64_t exponent = 0;
+  if (e != std::string_view::npos) {
+    const std::string_view digits = number.substr(e + 1);
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+    if (read.ec != std::errc()) return digits.front() == '-';
+  }
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  const std::int64_t order = point - static_cast<std::int64_t>(first);
+  // No number has digits enough to make up for an exponent beyond this.
+  constexpr std::int64_t beyond = std::int64_t{1} << 60;
+  return order + std::clamp(exponent, -beyond, beyond) < 0;
 }
 
 }  // namespace
@@ -34,7 +59,7 @@ std::u16string fixed_point(double value, int places) {
   // The longest double has 309 digits in front of the point.
   std::array<char, 400> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                 std::chars_format::fixed, places)
+                                 std::chars_format::fixed, std::clamp(places, 0, most_places))
                        .ptr;
   return widened({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
 }
@@ -109,6 +134,10 @@ bool scan_number(std::u16string_view text, double& value) {
   if (const auto plus = ascii.find("e+"); plus != std::string::npos) ascii.erase(plus + 1, 1);
   double read = 0.0;
   const auto result = std::from_chars(ascii.data(), ascii.data() + ascii.size(), read);
+  if (result.ec == std::errc::result_out_of_range && is_tiny(ascii)) {
+    value = ascii.front() == '-' ? -0.0 : 0.0;
+    return true;
+  }
   if (result.ec != std::errc() || !std::isfinite(read)) return false;
   value = read;
   return true;

@@ -11,7 +11,7 @@
 // Decimal digits, at least `width` of them, with zeros in front ("%0<width>d").
 // A minus sign counts as one place of the width, as printf has it.
 EDL_API std::u16string decimal(std::int64_t value, int width = 0);
-// Fixed notation with `places` decimals ("%.<places>f"), rounded as the C
+// Fixed notation with `places` decimals ("%.<places>f", 0 to 60), rounded as the C
 // library rounds: to the nearest, exactly on the binary value. Not finite: "nan"
 // or "inf" with its sign.
 EDL_API std::u16string fixed_point(double value, int places);
@@ -27,6 +27,7 @@ EDL_API std::u16string fill_host_format(std::u16string_view format, std::u16stri
 
 // Reads a decimal number at the head of a text as "%f" would, without locale:
 // optional white space and sign, digits, one point, an exponent. Hexadecimal
-// forms, "nan" and "inf" are refused, and so is a value that is not finite.
-// Answers whether a number was read; `value` is 0.0 otherwise.
+// forms, "nan" and "inf" are refused, and so is a value that is too large for a
+// double; one that is too small reads as 0. Answers whether a number was read;
+// `value` is 0.0 otherwise.
 EDL_API bool scan_number(std::u16string_view text, double& value);

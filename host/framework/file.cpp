@@ -40,11 +40,6 @@ int cause_of(int error) {
   }
 }
 
-bool is_folder(int descriptor) {
-  struct stat about {};
-  return ::fstat(descriptor, &about) == 0 && S_ISDIR(about.st_mode);
-}
-
 // 0 or the errno with which the lock was refused. A system without locks, such
 // as some network folders, counts as one that grants them.
 int take_lock(int descriptor, unsigned flags) {
@@ -61,8 +56,19 @@ int open_modes(unsigned flags) {
   int modes = O_RDONLY;
   if ((flags & 3U) == CFile::modeWrite) modes = O_WRONLY;
   if ((flags & 3U) == CFile::modeReadWrite) modes = O_RDWR;
-  if ((flags & CFile::modeCreate) != 0) modes |= O_CREAT | O_TRUNC;
+  if ((flags & CFile::modeCreate) != 0) modes |= O_CREAT;
   return modes | O_CLOEXEC;
+}
+
+// 0, or the errno with which the opened file cannot be used as asked. A file is
+// emptied only once its lock is held: a refused open leaves it as it was.
+int claim(int descriptor, unsigned flags) {
+  struct stat about {};
+  if (::fstat(descriptor, &about) != 0) return errno;
+  if (S_ISDIR(about.st_mode)) return EISDIR;
+  if (const int error = take_lock(descriptor, flags); error != 0) return error;
+  const bool empty_it = (flags & CFile::modeCreate) != 0 && S_ISREG(about.st_mode);
+  return empty_it && ::ftruncate(descriptor, 0) != 0 ? errno : 0;
 }
 
 }  // namespace
@@ -87,7 +93,7 @@ bool CFile::Open(const wide_char* path, unsigned flags, CFileException* error) {
   int opened = -1;
   if (failure == 0) {
     opened = ::open(name.c_str(), open_modes(flags), 0666);
-    failure = opened < 0 ? errno : is_folder(opened) ? EISDIR : take_lock(opened, flags);
+    failure = opened < 0 ? errno : claim(opened, flags);
   }
   if (failure != 0) {
     if (opened >= 0) ::close(opened);

@@ -14,6 +14,7 @@ CStdioFile::~CStdioFile() {
 bool CStdioFile::Open(const wide_char* path, unsigned flags, CFileException* error) {
   Close();
   read_at_ = read_end_ = write_end_ = 0;
+  offset_ = 0;
   failed_ = 0;
   return CFile::Open(path, flags, error);
 }
@@ -33,11 +34,12 @@ std::uint64_t CStdioFile::Seek(std::int64_t offset, unsigned from) {
   flush_bytes();
   if (from == current) offset -= static_cast<std::int64_t>(read_end_ - read_at_);
   read_at_ = read_end_ = 0;
-  return CFile::Seek(offset, from);
+  offset_ = CFile::Seek(offset, from);
+  return offset_;
 }
 
 std::uint64_t CStdioFile::GetPosition() const {
-  return CFile::GetPosition() - (read_end_ - read_at_) + write_end_;
+  return offset_ - (read_end_ - read_at_) + write_end_;
 }
 
 void CStdioFile::put_bytes(std::string_view bytes) {
@@ -58,6 +60,7 @@ void CStdioFile::flush_bytes() {
   write_end_ = 0;
   try {
     Write(buffer_.data(), count);
+    offset_ += count;
   } catch (const CFileException& failure) {
     failed_ = failure.m_lOsError;
     throw CFileException(CFileException::diskFull, failed_, failure.m_strFileName);
@@ -68,5 +71,6 @@ int CStdioFile::fill() {
   buffer_.resize(buffer_size);
   read_at_ = 0;
   read_end_ = Read(buffer_.data(), static_cast<unsigned>(buffer_size));
+  offset_ += read_end_;
   return read_end_ == 0 ? -1 : static_cast<unsigned char>(buffer_[read_at_++]);
 }

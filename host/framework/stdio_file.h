@@ -43,6 +43,8 @@ class EDL_API CStdioFile : public CFile {
 
   static constexpr std::size_t buffer_size = 65536;
   std::string buffer_;
+  // Of the file behind the buffer.
+  std::uint64_t offset_ = 0;
   std::size_t read_at_ = 0;
   std::size_t read_end_ = 0;
   std::size_t write_end_ = 0;

@@ -1,0 +1,18 @@
+// The commands. Each answers the program's exit code.
+#pragma once
+
+#include <span>
+
+#include "cli/arguments.h"
+#include "embedded/embedded_host.h"
+#include "formats/format_table.h"
+
+namespace cli {
+
+int convert(std::span<const FormatRow> rows, const Arguments& arguments,
+            embedded::EmbeddedHost& host);
+int inspect(std::span<const FormatRow> rows, const Arguments& arguments,
+            embedded::EmbeddedHost& host);
+int list_formats(std::span<const FormatRow> rows, bool json);
+
+}  // namespace cli

@@ -1,0 +1,40 @@
+// The application object: what the options say, and the fade curves.
+#pragma once
+
+#include "embedded/folders.h"
+#include "embedded/options.h"
+#include "host/application.h"
+
+namespace embedded {
+
+class EmbeddedApplication final : public Application {
+ public:
+  // Not owned.
+  EmbeddedApplication(const EmbeddedOptions& options, EmbeddedFolders& folders);
+
+  std::int64_t get_default_crossfade_length() override { return crossfade_length_; }
+  // For this run alone.
+  void set_default_crossfade_length(std::int64_t length_samples) override;
+  std::uint16_t get_default_infade_curve() override;
+  std::uint16_t get_default_outfade_curve() override;
+  bool get_crossfade_update_policy(int& ask) override;
+  int get_butt_splice_export() override;
+  CString get_project_title() override;
+  const std::uint16_t* get_fade_curve(int number) override;
+  int fade_curve_count() override;
+  // Made when it is first asked for; null without the option, or when it cannot be
+  // made.
+  HostFolder* get_imported_audio_folder() override;
+  int get_aaf_export_file_type() override;
+  int get_aaf_embed_audio() override;
+  int get_aaf_export_fixed_gain() override;
+  int get_aaf_export_gain_automation() override;
+  int get_aaf_export_pan_automation() override;
+
+ private:
+  const EmbeddedOptions& options_;
+  EmbeddedFolders& folders_;
+  std::int64_t crossfade_length_;
+};
+
+}  // namespace embedded
