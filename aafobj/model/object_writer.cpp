@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "aafobj/container/directory_entry.h"
 #include "aafobj/model/meta_dictionary.h"
 #include "aafobj/model/property_stream.h"
 #include "aafobj/model/storage_name.h"
@@ -40,8 +41,11 @@ SetIndex index_of(const StrongSetValue& value, ByteOrder order) {
   return index;
 }
 
+// Names as a storage compares them, without regard to case.
+using Names = std::set<std::u16string, decltype(&name_less)>;
+
 // The storages and streams that a property's value accounts for.
-void add_names(const Property& property, std::set<std::u16string>& names) {
+void add_names(const Property& property, Names& names) {
   if (!property.value) return;
   if (auto* strong = std::get_if<StrongValue>(property.value.get())) {
     names.insert(strong->name);
@@ -271,7 +275,8 @@ AAFRESULT ObjectWriter::copy_streams(StoredObject& object, StorageId from) {
 // What was written by the object's properties is left out, and so is what was let go.
 AAFRESULT ObjectWriter::copy_elements(StoredObject& object, StorageId from, CompoundFile& copy,
                                       StorageId to) {
-  std::set<std::u16string> written{u"properties"};
+  Names written(name_less);
+  written.insert(u"properties");
   if (&object == &m_file.root()) written.insert(u"referenced properties");
   for (const Property& property : object.m_properties)
     add_names(property, written);
