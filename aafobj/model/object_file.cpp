@@ -4,6 +4,7 @@
 
 #include "aafobj/model/meta_dictionary.h"
 #include "aafobj/model/object_writer.h"
+#include "aafobj/model/storage_name.h"
 #include "aafobj/model/stored_values.h"
 
 namespace aafobj {
@@ -161,6 +162,20 @@ AAFRESULT ObjectFile::claim(StorageId storage) {
   if (number >= m_claimed.size()) m_claimed.resize(number + 1);
   if (m_claimed[number]) return AAFRESULT_BADCONTAINER;
   m_claimed[number] = true;
+  return AAFRESULT_SUCCESS;
+}
+
+// Gives storages of objects that were let go other names, so that new ones can have theirs.
+AAFRESULT ObjectFile::set_cast_off_aside() {
+  for (CastOff& each : m_cast_off) {
+    if (each.is_aside) continue;
+    std::u16string name = element_name(u"~", m_cast_off_count++);
+    const Result renamed = m_container->rename(each.parent, each.name, name);
+    // Its parent may have gone before it.
+    if (renamed != Result::ok && renamed != Result::invalid_argument) return aaf_result(renamed);
+    each.name = std::move(name);
+    each.is_aside = true;
+  }
   return AAFRESULT_SUCCESS;
 }
 

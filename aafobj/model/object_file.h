@@ -71,7 +71,8 @@ class ObjectFile {
   // Writes the whole tree, with what nobody knows, into an empty container. The file itself
   // is not saved. Objects in memory only are written as well.
   [[nodiscard]] AAFRESULT save_copy(CompoundFile& copy);
-  // Ends the connection with the container, without saving.
+  // Ends the connection with the container. What was not saved is lost, but for the bytes of
+  // streams.
   [[nodiscard]] AAFRESULT close();
   // Objects that differ from what is in the file, in the order in which they changed.
   const std::vector<StoredObject*>& changed_objects() const { return m_changed; }
@@ -89,6 +90,7 @@ class ObjectFile {
   AAFRESULT make_header();
   StoredObject& add_object(const ClassDef& cls);
   AAFRESULT claim(StorageId storage);
+  AAFRESULT set_cast_off_aside();
   void note_change(StoredObject& object);
   AAFRESULT resolve_along(StoredObject& from, std::span<const std::uint16_t> path,
                           const StoredKey& key, StoredObject*& object);
@@ -102,8 +104,15 @@ class ObjectFile {
   StoredObject* m_root = nullptr;
   std::vector<StoredObject*> m_changed;  // in the order in which they changed
   std::vector<bool> m_claimed;           // storages that an object stands for
-  // Storages of objects that were let go, under names of their own until the next save.
-  std::vector<std::pair<StorageId, std::u16string>> m_cast_off;
+  struct CastOff {
+    StorageId parent{};
+    std::u16string name;
+    bool is_aside = false;  // has a name of its own, which is in the way of nothing
+  };
+  // Storages of objects that were let go, and streams of properties that were removed. They
+  // stay in the container until the next save.
+  std::vector<CastOff> m_cast_off;
+  std::vector<CastOff> m_removed_streams;
   std::uint32_t m_cast_off_count = 0;
 };
 

@@ -44,6 +44,11 @@ SetIndex index_of(const StrongSetValue& value, ByteOrder order) {
 // Names as a storage compares them, without regard to case.
 using Names = std::set<std::u16string, decltype(&name_less)>;
 
+// What was to be removed may have gone with its parent.
+bool is_failure_to_remove(Result result) {
+  return result != Result::ok && result != Result::invalid_argument && result != Result::not_found;
+}
+
 // The storages and streams that a property's value accounts for.
 void add_names(const Property& property, Names& names) {
   if (!property.value) return;
@@ -68,6 +73,8 @@ void add_names(const Property& property, Names& names) {
 
 AAFRESULT ObjectWriter::write_changes() {
   if (const AAFRESULT r = define_what_is_used(m_file); r < 0) return r;
+  if (const AAFRESULT r = remove_streams(); r < 0) return r;
+  if (const AAFRESULT r = m_file.set_cast_off_aside(); r < 0) return r;
   std::vector<StoredObject*> pending;
   pending.swap(m_file.m_changed);
   std::vector<StoredObject*> unattached;
@@ -96,14 +103,20 @@ AAFRESULT ObjectWriter::write_changes() {
   return AAFRESULT_SUCCESS;
 }
 
+// Streams go before anything is written, since a property of the same number may be back.
+AAFRESULT ObjectWriter::remove_streams() {
+  for (const auto& each : m_file.m_removed_streams) {
+    const Result removed = m_file.m_container->remove(each.parent, each.name);
+    if (is_failure_to_remove(removed)) return aaf_result(removed);
+  }
+  m_file.m_removed_streams.clear();
+  return AAFRESULT_SUCCESS;
+}
+
 AAFRESULT ObjectWriter::remove_cast_off() {
-  for (const auto& [parent, name] : m_file.m_cast_off) {
-    const Result removed = m_file.m_container->remove(parent, name);
-    // Its parent may have gone before it.
-    if (removed != Result::ok && removed != Result::invalid_argument &&
-        removed != Result::not_found) {
-      return aaf_result(removed);
-    }
+  for (const auto& each : m_file.m_cast_off) {
+    const Result removed = m_file.m_container->remove(each.parent, each.name);
+    if (is_failure_to_remove(removed)) return aaf_result(removed);
   }
   m_file.m_cast_off.clear();
   return AAFRESULT_SUCCESS;
@@ -280,8 +293,10 @@ AAFRESULT ObjectWriter::copy_elements(StoredObject& object, StorageId from, Comp
   if (&object == &m_file.root()) written.insert(u"referenced properties");
   for (const Property& property : object.m_properties)
     add_names(property, written);
-  for (const auto& [parent, name] : m_file.m_cast_off) {
-    if (parent == from) written.insert(name);
+  for (const auto* gone : {&m_file.m_cast_off, &m_file.m_removed_streams}) {
+    for (const auto& each : *gone) {
+      if (each.parent == from) written.insert(each.name);
+    }
   }
   std::vector<Element> elements;
   if (const Result r = m_file.m_container->children(from, elements); r != Result::ok) {

@@ -33,6 +33,7 @@ class ObjectWriter {
                     std::vector<std::byte>& bytes) const;
   AAFRESULT encode_foreign(StoredObject& object, const Property& property,
                            std::vector<std::byte>& bytes);
+  AAFRESULT remove_streams();
   AAFRESULT remove_cast_off();
   AAFRESULT copy_object(CompoundFile& copy, const Place& place, std::vector<Place>& pending);
   AAFRESULT copy_children(CompoundFile& copy, const Place& place, std::vector<Place>& pending);

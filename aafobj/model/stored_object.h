@@ -166,7 +166,8 @@ class StoredObject {
   // The targets of one list share tag and key property. A set's are put in order.
   [[nodiscard]] AAFRESULT set_weak_list(std::uint16_t pid, std::span<const WeakTarget> targets);
 
-  // Streams of bytes beside the properties.
+  // Streams of bytes beside the properties. An object that was let go has them until the next
+  // save, and keeps them when it is in another object by then.
   [[nodiscard]] AAFRESULT open_stream(std::uint16_t pid, Stream& stream);
   // The same, made when it is missing. The object must be attached, since the stream is part
   // of the file at once: OBJECT_NOT_ATTACHED.
@@ -215,6 +216,7 @@ class StoredObject {
   AAFRESULT load_deep();
   AAFRESULT load_all_of(Property& property, std::vector<StoredObject*>& found);
   void forget_storage();
+  AAFRESULT new_stream(const std::u16string& name, Stream& stream);
   AAFRESULT ensure_storage();
   AAFRESULT make_storage();
   AAFRESULT fill_key_shape(std::uint16_t pid, StrongSetValue& value);

@@ -487,10 +487,20 @@ AAFRESULT StoredObject::create_stream(std::uint16_t pid, Stream& stream) {
   if (const AAFRESULT r = definition_of(pid, definition); r < 0) return r;
   if (definition->form != StoredForm::data_stream) return AAFRESULT_BAD_TYPE;
   DataStreamValue value{storage_name(definition->name, pid, definition->form), no_byte_order};
-  const Result made = m_file->m_container->create_stream(m_storage, value.name, stream);
-  if (made != Result::ok) return aaf_result(made);
+  if (const AAFRESULT r = new_stream(value.name, stream); r < 0) return r;
   add_property(pid, definition->form).value = std::make_unique<PropertyValue>(std::move(value));
   return AAFRESULT_SUCCESS;
+}
+
+// A stream that the object had and that was removed since the last save is still there.
+AAFRESULT StoredObject::new_stream(const std::u16string& name, Stream& stream) {
+  CompoundFile& container = *m_file->m_container;
+  const auto removed = std::erase_if(m_file->m_removed_streams, [&](const auto& each) {
+    return each.parent == m_storage && each.name == name;
+  });
+  if (removed == 0) return aaf_result(container.create_stream(m_storage, name, stream));
+  const Result opened = container.open_stream(m_storage, name, stream);
+  return aaf_result(opened == Result::ok ? stream.set_size(0) : opened);
 }
 
 // Lets go of what a property contains, before the property goes or gets another value.
@@ -500,7 +510,7 @@ AAFRESULT StoredObject::let_go_of_all(Property& property) {
   for (StoredObject* object : contained) {
     if (const AAFRESULT r = let_go(*object); r < 0) return r;
   }
-  if (!m_has_storage || !m_file->is_open()) return AAFRESULT_SUCCESS;
+  if (!m_has_storage && !m_has_former_storage) return AAFRESULT_SUCCESS;
   std::u16string name;
   if (auto* vector = std::get_if<StrongVectorValue>(property.value.get())) {
     name = index_name(vector->name);
@@ -513,20 +523,17 @@ AAFRESULT StoredObject::let_go_of_all(Property& property) {
   } else {
     return AAFRESULT_SUCCESS;
   }
-  const Result removed = m_file->m_container->remove(m_storage, name);
-  return removed == Result::not_found ? AAFRESULT_SUCCESS : aaf_result(removed);
+  const StorageId storage = m_has_storage ? m_storage : m_former_storage;
+  m_file->m_removed_streams.push_back({storage, std::move(name), false});
+  return AAFRESULT_SUCCESS;
 }
 
-// The object is in no other one afterwards. Its storage stays, under a name of its own, until
-// the next save, so that its streams can be had when it goes into another object.
+// The object is in no other one afterwards. Its storage stays until the next save, so that its
+// streams can be had when it goes into another object.
 AAFRESULT StoredObject::let_go(StoredObject& object) {
   if (object.m_has_storage) {
     if (const AAFRESULT r = object.load_deep(); r < 0) return r;
-    const std::u16string name = element_name(u"~", m_file->m_cast_off_count);
-    ++m_file->m_cast_off_count;
-    const Result renamed = m_file->m_container->rename(m_storage, object.m_storage_name, name);
-    if (renamed != Result::ok) return aaf_result(renamed);
-    m_file->m_cast_off.emplace_back(m_storage, name);
+    m_file->m_cast_off.push_back({m_storage, object.m_storage_name, false});
     object.forget_storage();
   }
   object.m_owner = nullptr;
@@ -594,15 +601,27 @@ AAFRESULT StoredObject::make_storage() {
   ClassId class_id{};
   const StoredKey key(m_class->identifier);
   std::memcpy(class_id.data(), key.bytes().data(), class_id.size());
+  CompoundFile& container = *m_file->m_container;
   StorageId storage{};
-  const Result made =
-      m_file->m_container->create_storage(m_owner->m_storage, m_storage_name, class_id, storage);
+  Result made = container.create_storage(m_owner->m_storage, m_storage_name, class_id, storage);
+  if (made == Result::already_exists) {
+    if (const AAFRESULT r = m_file->set_cast_off_aside(); r < 0) return r;
+    made = container.create_storage(m_owner->m_storage, m_storage_name, class_id, storage);
+  }
   if (made != Result::ok) return aaf_result(made);
   m_storage = storage;
   m_has_storage = true;
   if (const AAFRESULT r = m_file->claim(storage); r < 0) return r;
   if (!m_has_former_storage) return AAFRESULT_SUCCESS;
   m_has_former_storage = false;
+  ClassId former{};
+  if (container.class_id(m_former_storage, former) == Result::invalid_argument) {
+    // It went with a save while the object was in no other one, and the streams with it.
+    std::erase_if(m_properties, [](const Property& property) {
+      return property.value && std::holds_alternative<DataStreamValue>(*property.value);
+    });
+    return AAFRESULT_SUCCESS;
+  }
   return ObjectWriter(*m_file).copy_streams(*this, m_former_storage);
 }
 

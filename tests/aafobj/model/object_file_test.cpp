@@ -403,6 +403,57 @@ TEST(ObjectFile, WithoutSavingTheFileStaysAsItWas) {
   EXPECT_EQ(tree_text(again->root()), before);
 }
 
+TEST(ObjectFile, ClosingWithoutSavingKeepsTheFormerTree) {
+  MemoryFile made_file = new_file();
+  add_slot(*add_mob(*made_file.file, 1, u"before"), 1);
+  add_essence(*made_file.file, 1, 9000);
+  ASSERT_EQ(made_file.file->save(), AAFRESULT_SUCCESS);
+  const std::string before = tree_text(made_file.file->root());
+  StoredObject* content = content_of(*made_file.file);
+  ASSERT_EQ(content->remove_keyed(pid::ContentStorage_Mobs, StoredKey(mob_id(1))), 0);
+  ASSERT_EQ(content->remove(pid::ContentStorage_EssenceData), AAFRESULT_SUCCESS);
+  add_mob(*made_file.file, 2, u"lost");
+  ASSERT_EQ(made_file.file->close(), AAFRESULT_SUCCESS);
+  const auto file = open_bytes(made_file.storage->bytes());
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(tree_text(file->root()), before);
+}
+
+TEST(ObjectFile, AStreamThatWasRemovedComesBackEmpty) {
+  MemoryFile made_file = new_file();
+  StoredObject* essence = add_essence(*made_file.file, 1, 9000);
+  ASSERT_EQ(made_file.file->save(), AAFRESULT_SUCCESS);
+  ASSERT_EQ(essence->remove(pid::EssenceData_Data), AAFRESULT_SUCCESS);
+  Stream stream;
+  EXPECT_EQ(essence->open_stream(pid::EssenceData_Data, stream), AAFRESULT_PROP_NOT_PRESENT);
+  ASSERT_EQ(essence->create_stream(pid::EssenceData_Data, stream), AAFRESULT_SUCCESS);
+  EXPECT_EQ(stream.size(), 0u);
+  const std::vector<std::byte> bytes(3, std::byte{1});
+  ASSERT_EQ(stream.write(bytes), Result::ok);
+  const std::string text = tree_text(made_file.file->root());
+  const auto file = reopened(made_file);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(tree_text(file->root()), text);
+}
+
+TEST(ObjectFile, StreamsGoWithASaveOutsideOfTheTree) {
+  MemoryFile made_file = new_file();
+  StoredObject* essence = add_essence(*made_file.file, 1, 9000);
+  ASSERT_EQ(made_file.file->save(), AAFRESULT_SUCCESS);
+  StoredObject* content = content_of(*made_file.file);
+  ASSERT_EQ(content->remove(pid::ContentStorage_EssenceData), AAFRESULT_SUCCESS);
+  ASSERT_EQ(made_file.file->save(), AAFRESULT_SUCCESS);
+  ASSERT_EQ(content->insert_keyed(pid::ContentStorage_EssenceData, StoredKey(mob_id(1)), *essence),
+            AAFRESULT_SUCCESS);
+  const auto file = reopened(made_file);
+  ASSERT_NE(file, nullptr);
+  ASSERT_EQ(content_of(*file)->find_element(pid::ContentStorage_EssenceData, StoredKey(mob_id(1)),
+                                            essence),
+            AAFRESULT_SUCCESS);
+  Stream stream;
+  EXPECT_EQ(essence->open_stream(pid::EssenceData_Data, stream), AAFRESULT_PROP_NOT_PRESENT);
+}
+
 TEST(ObjectFile, AFileOpenedForReadingTakesNoChange) {
   MemoryFile made_file = new_file();
   add_mob(*made_file.file, 1, u"m");
