@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the headers aafobj/objects/not_offered_*.h.
+"""Writes aafobj/objects/not_offered_*.h and result_text.cpp.
 
 Usage: generate_aaf_objects.py [--check]
 """
@@ -28,7 +28,22 @@ def class_lines(name, methods):
     return lines + ["", " protected:", "  ~NotOffered() = default;", "};", ""]
 
 
+def result_texts():
+    lines = ['#include "aafobj/objects/result_text.h"', "", '#include "aafobj/model/stored_values.h"',
+             "", "namespace aafobj {", "", "std::u16string result_text_of(AAFRESULT code) {",
+             "  switch (static_cast<aafUInt32>(code)) {"]
+    seen = set()
+    for row in rows("result_codes"):
+        if row["code"] in seen:
+            continue
+        seen.add(row["code"])
+        lines.append(f'    case {row["code"]}u: return u"{row["name"]}";')
+    lines += ["    default: return {};", "  }", "}", "", "}  // namespace aafobj"]
+    OUT.add(OBJECTS + "result_text.cpp", "Names of result codes.", lines)
+
+
 def main():
+    result_texts()
     methods = grouped("methods", "interface")
     for group, members in grouped("interfaces", "header").items():
         if group == "unknown":

@@ -249,6 +249,18 @@ AAFRESULT ObjectFile::close() {
   return aaf_result(m_container->close());
 }
 
+AAFRESULT ObjectFile::release_container(std::unique_ptr<CompoundFile>& container) {
+  std::vector<Element> elements;
+  if (!is_writable()) return AAFRESULT_NOT_WRITEABLE;
+  if (const Result r = m_container->children(k_root_storage, elements); r != Result::ok) {
+    return aaf_result(r);
+  }
+  if (!elements.empty()) return AAFRESULT_NOT_WRITEABLE;
+  m_is_open = false;
+  container = std::move(m_container);
+  return AAFRESULT_SUCCESS;
+}
+
 aafTimeStamp_t time_now() {
   using namespace std::chrono;
   const auto now = floor<milliseconds>(system_clock::now());

@@ -74,6 +74,9 @@ class ObjectFile {
   // Ends the connection with the container. What was not saved is lost, but for the bytes of
   // streams.
   [[nodiscard]] AAFRESULT close();
+  // Gives the container away, for something else to be written into it. The file counts as
+  // closed. Errors: NOT_WRITEABLE when it was saved or read before, so that it is not empty.
+  [[nodiscard]] AAFRESULT release_container(std::unique_ptr<CompoundFile>& container);
   // Objects that differ from what is in the file, in the order in which they changed.
   const std::vector<StoredObject*>& changed_objects() const { return m_changed; }
   bool has_unsaved_changes() const { return !m_changed.empty() || m_paths_changed; }

@@ -216,8 +216,7 @@ class SourceReference : public Adds<Segment, IAAFSourceReference, IAAFSourceRefe
                          pMonoSourceSlotIDs);
   }
   HRESULT GetMonoSourceSlotIDs(aafUInt32 numberElements, aafUInt32* pMonoSourceSlotIDs) override {
-    return read_numbers(pid::SourceReference_MonoSourceSlotIDs, numberElements,
-                        pMonoSourceSlotIDs);
+    return read_numbers(pid::SourceReference_MonoSourceSlotIDs, numberElements, pMonoSourceSlotIDs);
   }
   HRESULT GetMonoSourceSlotIDsSize(aafUInt32* pSize) override {
     return read_byte_count(pid::SourceReference_MonoSourceSlotIDs, pSize);
@@ -252,9 +251,9 @@ class SourceClip : public Adds<SourceReference, IAAFSourceClip> {
   }
 
   // All four values are there or none counts. A length above 0 is what "present" means.
-  HRESULT GetFade(aafLength_t* pFadeInLen, aafFadeType_t* pFadeInType,
-                  aafBoolean_t* pFadeInPresent, aafLength_t* pFadeOutLen,
-                  aafFadeType_t* pFadeOutType, aafBoolean_t* pFadeOutPresent) override {
+  HRESULT GetFade(aafLength_t* pFadeInLen, aafFadeType_t* pFadeInType, aafBoolean_t* pFadeInPresent,
+                  aafLength_t* pFadeOutLen, aafFadeType_t* pFadeOutType,
+                  aafBoolean_t* pFadeOutPresent) override {
     if (!pFadeInLen || !pFadeInType || !pFadeInPresent || !pFadeOutLen || !pFadeOutType ||
         !pFadeOutPresent) {
       return AAFRESULT_NULL_PARAM;
@@ -299,11 +298,10 @@ class SourceClip : public Adds<SourceReference, IAAFSourceClip> {
   HRESULT SetFade(aafInt32 fadeInLen, aafFadeType_t fadeInType, aafInt32 fadeOutLen,
                   aafFadeType_t fadeOutType) override {
     if (fadeInLen < 0 || fadeOutLen < 0) return AAFRESULT_INVALID_PARAM;
-    const HRESULT steps[] = {
-        write<aafLength_t>(pid::SourceClip_FadeInLength, fadeInLen),
-        write<std::uint8_t>(pid::SourceClip_FadeInType, fadeInType),
-        write<aafLength_t>(pid::SourceClip_FadeOutLength, fadeOutLen),
-        write<std::uint8_t>(pid::SourceClip_FadeOutType, fadeOutType)};
+    const HRESULT steps[] = {write<aafLength_t>(pid::SourceClip_FadeInLength, fadeInLen),
+                             write<std::uint8_t>(pid::SourceClip_FadeInType, fadeInType),
+                             write<aafLength_t>(pid::SourceClip_FadeOutLength, fadeOutLen),
+                             write<std::uint8_t>(pid::SourceClip_FadeOutType, fadeOutType)};
     for (const HRESULT r : steps) {
       if (r < 0) return r;
     }
@@ -674,23 +672,40 @@ class CommentMarker : public Adds<Event, IAAFCommentMarker> {
 AafObject* make_component_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                                  StoredObject& stored) {
   switch (index) {
-    case ClassIndex::Component: return new Component(session, stored);
-    case ClassIndex::Segment: return new Segment(session, stored);
-    case ClassIndex::Filler: return new Filler(session, stored);
-    case ClassIndex::Sequence: return new Sequence(session, stored);
-    case ClassIndex::SourceReference: return new SourceReference(session, stored);
-    case ClassIndex::SourceClip: return new SourceClip(session, stored);
-    case ClassIndex::Transition: return new Transition(session, stored);
-    case ClassIndex::OperationGroup: return new OperationGroup(session, stored);
-    case ClassIndex::NestedScope: return new NestedScope(session, stored);
-    case ClassIndex::ScopeReference: return new ScopeReference(session, stored);
-    case ClassIndex::Selector: return new Selector(session, stored);
-    case ClassIndex::EssenceGroup: return new EssenceGroup(session, stored);
-    case ClassIndex::Pulldown: return new Pulldown(session, stored);
-    case ClassIndex::Timecode: return new Timecode(session, stored);
-    case ClassIndex::Event: return new Event(session, stored);
-    case ClassIndex::CommentMarker: return new CommentMarker(session, stored);
-    default: return nullptr;
+    case ClassIndex::Component:
+      return new Component(session, stored);
+    case ClassIndex::Segment:
+      return new Segment(session, stored);
+    case ClassIndex::Filler:
+      return new Filler(session, stored);
+    case ClassIndex::Sequence:
+      return new Sequence(session, stored);
+    case ClassIndex::SourceReference:
+      return new SourceReference(session, stored);
+    case ClassIndex::SourceClip:
+      return new SourceClip(session, stored);
+    case ClassIndex::Transition:
+      return new Transition(session, stored);
+    case ClassIndex::OperationGroup:
+      return new OperationGroup(session, stored);
+    case ClassIndex::NestedScope:
+      return new NestedScope(session, stored);
+    case ClassIndex::ScopeReference:
+      return new ScopeReference(session, stored);
+    case ClassIndex::Selector:
+      return new Selector(session, stored);
+    case ClassIndex::EssenceGroup:
+      return new EssenceGroup(session, stored);
+    case ClassIndex::Pulldown:
+      return new Pulldown(session, stored);
+    case ClassIndex::Timecode:
+      return new Timecode(session, stored);
+    case ClassIndex::Event:
+      return new Event(session, stored);
+    case ClassIndex::CommentMarker:
+      return new CommentMarker(session, stored);
+    default:
+      return nullptr;
   }
 }
 

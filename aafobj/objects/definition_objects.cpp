@@ -218,8 +218,7 @@ class OperationDef final : public Adds<DefObject, IAAFOperationDef> {
                              IAAFParameterDef** ppParameterDef) override {
     if (!ppParameterDef) return AAFRESULT_NULL_PARAM;
     std::vector<WeakTarget> targets;
-    const HRESULT r =
-        stored().get_weak_list(pid::OperationDefinition_ParametersDefined, targets);
+    const HRESULT r = stored().get_weak_list(pid::OperationDefinition_ParametersDefined, targets);
     if (r < 0 && r != AAFRESULT_PROP_NOT_PRESENT) return r;
     for (const WeakTarget& target : targets) {
       if (target.key.auid() != parameterDefId) continue;
@@ -592,15 +591,24 @@ class Dictionary final : public Adds<AafObject, IAAFDictionary, IAAFDictionary2>
 AafObject* make_definition_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                                   StoredObject& stored) {
   switch (index) {
-    case ClassIndex::DefinitionObject: return new DefObject(session, stored);
-    case ClassIndex::DataDefinition: return new DataDef(session, stored);
-    case ClassIndex::OperationDefinition: return new OperationDef(session, stored);
-    case ClassIndex::ParameterDefinition: return new ParameterDef(session, stored);
-    case ClassIndex::InterpolationDefinition: return new InterpolationDef(session, stored);
-    case ClassIndex::ContainerDefinition: return new ContainerDef(session, stored);
-    case ClassIndex::CodecDefinition: return new CodecDef(session, stored);
-    case ClassIndex::Dictionary: return new Dictionary(session, stored);
-    default: return nullptr;
+    case ClassIndex::DefinitionObject:
+      return new DefObject(session, stored);
+    case ClassIndex::DataDefinition:
+      return new DataDef(session, stored);
+    case ClassIndex::OperationDefinition:
+      return new OperationDef(session, stored);
+    case ClassIndex::ParameterDefinition:
+      return new ParameterDef(session, stored);
+    case ClassIndex::InterpolationDefinition:
+      return new InterpolationDef(session, stored);
+    case ClassIndex::ContainerDefinition:
+      return new ContainerDef(session, stored);
+    case ClassIndex::CodecDefinition:
+      return new CodecDef(session, stored);
+    case ClassIndex::Dictionary:
+      return new Dictionary(session, stored);
+    default:
+      return nullptr;
   }
 }
 

@@ -335,20 +335,34 @@ class TextLocator final : public Adds<Locator, IAAFTextLocator> {
 AafObject* make_descriptor_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                                   StoredObject& stored) {
   switch (index) {
-    case ClassIndex::EssenceDescriptor: return new EssenceDescriptor(session, stored);
-    case ClassIndex::FileDescriptor: return new FileDescriptor(session, stored);
-    case ClassIndex::WAVEDescriptor: return new WaveDescriptor(session, stored);
-    case ClassIndex::AIFCDescriptor: return new AifcDescriptor(session, stored);
-    case ClassIndex::SoundDescriptor: return new SoundDescriptor(session, stored);
-    case ClassIndex::PCMDescriptor: return new PcmDescriptor(session, stored);
-    case ClassIndex::TapeDescriptor: return new TapeDescriptor(session, stored);
-    case ClassIndex::PhysicalDescriptor: return new PhysicalDescriptor(session, stored);
-    case ClassIndex::ImportDescriptor: return new ImportDescriptor(session, stored);
-    case ClassIndex::RecordingDescriptor: return new RecordingDescriptor(session, stored);
-    case ClassIndex::Locator: return new Locator(session, stored);
-    case ClassIndex::NetworkLocator: return new NetworkLocator(session, stored);
-    case ClassIndex::TextLocator: return new TextLocator(session, stored);
-    default: return nullptr;
+    case ClassIndex::EssenceDescriptor:
+      return new EssenceDescriptor(session, stored);
+    case ClassIndex::FileDescriptor:
+      return new FileDescriptor(session, stored);
+    case ClassIndex::WAVEDescriptor:
+      return new WaveDescriptor(session, stored);
+    case ClassIndex::AIFCDescriptor:
+      return new AifcDescriptor(session, stored);
+    case ClassIndex::SoundDescriptor:
+      return new SoundDescriptor(session, stored);
+    case ClassIndex::PCMDescriptor:
+      return new PcmDescriptor(session, stored);
+    case ClassIndex::TapeDescriptor:
+      return new TapeDescriptor(session, stored);
+    case ClassIndex::PhysicalDescriptor:
+      return new PhysicalDescriptor(session, stored);
+    case ClassIndex::ImportDescriptor:
+      return new ImportDescriptor(session, stored);
+    case ClassIndex::RecordingDescriptor:
+      return new RecordingDescriptor(session, stored);
+    case ClassIndex::Locator:
+      return new Locator(session, stored);
+    case ClassIndex::NetworkLocator:
+      return new NetworkLocator(session, stored);
+    case ClassIndex::TextLocator:
+      return new TextLocator(session, stored);
+    default:
+      return nullptr;
   }
 }
 

@@ -75,9 +75,8 @@ class EssenceFormat final : public Adds<ComObject, IAAFEssenceFormat> {
     *numSpecifiers = static_cast<aafInt32>(m_settings.size());
     return AAFRESULT_SUCCESS;
   }
-  HRESULT GetIndexedFormatSpecifier(aafInt32 index, aafUID_t* essenceFormatCode,
-                                    aafInt32 valueSize, aafDataBuffer_t value,
-                                    aafInt32* bytesRead) override {
+  HRESULT GetIndexedFormatSpecifier(aafInt32 index, aafUID_t* essenceFormatCode, aafInt32 valueSize,
+                                    aafDataBuffer_t value, aafInt32* bytesRead) override {
     if (!essenceFormatCode) return AAFRESULT_NULL_PARAM;
     if (index < 0 || static_cast<std::size_t>(index) >= m_settings.size()) {
       return AAFRESULT_BADINDEX;
@@ -124,7 +123,8 @@ class EssenceAccess final : public Adds<ComObject, IAAFEssenceAccess> {
     if (m_is_complete) return AAFRESULT_STREAM_CLOSED;
     const std::uint64_t bytes = nSamples * m_writer.format().frame_bytes();
     if (buflen < bytes) return AAFRESULT_SMALLBUF;
-    const Result r = m_writer.write(std::as_bytes(std::span(buffer, static_cast<std::size_t>(bytes))));
+    const Result r =
+        m_writer.write(std::as_bytes(std::span(buffer, static_cast<std::size_t>(bytes))));
     if (r == Result::too_large) return AAFRESULT_EOF;
     if (r != Result::ok) return r == Result::io_error ? AAFRESULT_CONTAINERWRITE : aaf_result(r);
     *samplesWritten = nSamples;
@@ -179,10 +179,10 @@ class EssenceAccess final : public Adds<ComObject, IAAFEssenceAccess> {
     const auto frames = static_cast<aafLength_t>(m_writer.frames());
     const aafLength_t length =
         convert_rate(frames, m_writer.format().sample_rate, m_parts.edit_rate);
-    return first_failure(
-        {store_summary(), set_value(*m_parts.descriptor, pid::FileDescriptor_Length, frames),
-         set_value(*m_parts.file_clip, pid::Component_Length, length),
-         set_value(*m_parts.master_clip, pid::Component_Length, length)});
+    return first_failure({store_summary(),
+                          set_value(*m_parts.descriptor, pid::FileDescriptor_Length, frames),
+                          set_value(*m_parts.file_clip, pid::Component_Length, length),
+                          set_value(*m_parts.master_clip, pid::Component_Length, length)});
   }
 
  private:
@@ -219,10 +219,10 @@ class EssenceAccess final : public Adds<ComObject, IAAFEssenceAccess> {
     const auto frame = static_cast<std::uint32_t>(format.frame_bytes());
     const aafRational_t& rate = format.sample_rate;
     const bool has_rate = rate.numerator > 0 && rate.denominator > 0;
-    const std::uint64_t bytes_a_second =
-        has_rate ? std::uint64_t{frame} * static_cast<std::uint32_t>(rate.numerator) /
-                       static_cast<std::uint32_t>(rate.denominator)
-                 : 0;
+    const std::uint64_t bytes_a_second = has_rate ? std::uint64_t{frame} *
+                                                        static_cast<std::uint32_t>(rate.numerator) /
+                                                        static_cast<std::uint32_t>(rate.denominator)
+                                                  : 0;
     return first_failure(
         {set_value(descriptor, pid::SoundDescriptor_AudioSamplingRate, rate),
          set_value(descriptor, pid::SoundDescriptor_Channels, format.channels),
@@ -293,8 +293,8 @@ class EssenceMaker {
     if (const HRESULT r = m_request.destination->GetPath(text.data(), size); r < 0) return r;
     text.resize(std::min(text.size(), text.find(L'\0')));
     std::shared_ptr<RawStorage> storage;
-    const Result opened = open_disk_storage(path_of_locator(text, m_session.folder()),
-                                            DiskMode::create_new, storage);
+    const Result opened =
+        open_disk_storage(path_of_locator(text, m_session.folder()), DiskMode::create_new, storage);
     if (opened == Result::already_exists) return AAFRESULT_FILE_EXISTS;
     if (opened != Result::ok) return AAFRESULT_OPEN_FAILURE;
     sink = make_file_sink(std::move(storage));
@@ -304,13 +304,14 @@ class EssenceMaker {
   HRESULT make_file_mob() {
     HRESULT r = create_stored(m_session, ClassIndex::SourceMob, m_file_mob);
     if (r < 0) return r;
-    if (r = create_stored(m_session, m_parts.codec->descriptor, m_parts.descriptor); r < 0) return r;
+    if (r = create_stored(m_session, m_parts.codec->descriptor, m_parts.descriptor); r < 0)
+      return r;
     constexpr aafLength_t no_length = 0;
     return first_failure(
         {m_file_mob->set_object(pid::SourceMob_EssenceDescription, *m_parts.descriptor),
          set_value(*m_parts.descriptor, pid::FileDescriptor_Length, no_length),
-         name_definition(pid::FileDescriptor_ContainerFormat,
-                         pid::Dictionary_ContainerDefinitions, m_request.container),
+         name_definition(pid::FileDescriptor_ContainerFormat, pid::Dictionary_ContainerDefinitions,
+                         m_request.container),
          name_definition(pid::FileDescriptor_CodecDefinition, pid::Dictionary_CodecDefinitions,
                          m_request.codec),
          append_locator()});
@@ -373,10 +374,10 @@ class EssenceMaker {
     HRESULT r = m_session.file().content(content);
     if (r < 0) return r;
     if (r = create_stored(m_session, ClassIndex::EssenceData, data); r < 0) return r;
-    r = first_failure({set_value(*data, pid::EssenceData_MobID, m_file_mob_id),
-                       content->insert_keyed(pid::ContentStorage_EssenceData,
-                                             StoredKey(m_file_mob_id), *data),
-                       data->create_stream(pid::EssenceData_Data, stream)});
+    r = first_failure(
+        {set_value(*data, pid::EssenceData_MobID, m_file_mob_id),
+         content->insert_keyed(pid::ContentStorage_EssenceData, StoredKey(m_file_mob_id), *data),
+         data->create_stream(pid::EssenceData_Data, stream)});
     if (r >= 0) sink = make_stream_sink(std::move(stream));
     return r;
   }

@@ -19,8 +19,8 @@ int digit(char c) {
 std::string unescaped(std::string_view text) {
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_escape = text[i] == '%' && i + 2 < text.size() && digit(text[i + 1]) >= 0 &&
-                           digit(text[i + 2]) >= 0;
+    const bool is_escape =
+        text[i] == '%' && i + 2 < text.size() && digit(text[i + 1]) >= 0 && digit(text[i + 2]) >= 0;
     if (!is_escape) {
       plain += text[i];
       continue;
@@ -41,8 +41,7 @@ bool begins_with_scheme(std::string_view text) {
 
 }  // namespace
 
-std::filesystem::path path_of_locator(std::wstring_view text,
-                                      const std::filesystem::path& folder) {
+std::filesystem::path path_of_locator(std::wstring_view text, const std::filesystem::path& folder) {
   std::string name = to_utf8(text);
   if (begins_with_scheme(name)) {
     const std::size_t slash = name.find('/', scheme.size());

@@ -41,15 +41,18 @@ class FileSession : public std::enable_shared_from_this<FileSession> {
   // The same for definitions of the meta model, which live as long as the session.
   template <typename Interface>
   HRESULT hand_out(const ClassDef& definition, Interface** out) {
-    return hand_out_class(definition, NotOffered<Interface>::interface_id, reinterpret_cast<void**>(out));
+    return hand_out_class(definition, NotOffered<Interface>::interface_id,
+                          reinterpret_cast<void**>(out));
   }
   template <typename Interface>
   HRESULT hand_out(const PropertyDef& definition, Interface** out) {
-    return hand_out_property(definition, NotOffered<Interface>::interface_id, reinterpret_cast<void**>(out));
+    return hand_out_property(definition, NotOffered<Interface>::interface_id,
+                             reinterpret_cast<void**>(out));
   }
   template <typename Interface>
   HRESULT hand_out(const TypeDef& definition, Interface** out) {
-    return hand_out_type(definition, NotOffered<Interface>::interface_id, reinterpret_cast<void**>(out));
+    return hand_out_type(definition, NotOffered<Interface>::interface_id,
+                         reinterpret_cast<void**>(out));
   }
   HRESULT hand_out_class(const ClassDef& definition, REFIID iid, void** out);
   HRESULT hand_out_property(const PropertyDef& definition, REFIID iid, void** out);

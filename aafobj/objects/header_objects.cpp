@@ -69,8 +69,7 @@ class Identification final : public Adds<AafObject, IAAFIdentification> {
   HRESULT GetProductNameBufLen(aafUInt32* pBufSize) override {
     return read_text_bytes(pid::Identification_ProductName, pBufSize);
   }
-  HRESULT GetProductVersionString(aafCharacter* pProductVersionString,
-                                  aafUInt32 bufSize) override {
+  HRESULT GetProductVersionString(aafCharacter* pProductVersionString, aafUInt32 bufSize) override {
     return read_text(pid::Identification_ProductVersionString, pProductVersionString, bufSize);
   }
   HRESULT GetProductVersionStringBufLen(aafUInt32* pBufSize) override {
@@ -167,8 +166,7 @@ class Contents {
   HRESULT is_essence_present(const aafMobID_t& id, aafBoolean_t* out) {
     if (!out) return AAFRESULT_NULL_PARAM;
     StoredObject* data = nullptr;
-    const HRESULT r =
-        m_content.find_element(pid::ContentStorage_EssenceData, StoredKey(id), data);
+    const HRESULT r = m_content.find_element(pid::ContentStorage_EssenceData, StoredKey(id), data);
     if (r < 0 && r != AAFRESULT_OBJECT_NOT_FOUND) return r;
     *out = r < 0 ? kAAFFalse : kAAFTrue;
     return AAFRESULT_SUCCESS;
@@ -203,8 +201,7 @@ class Contents {
   HRESULT look_up_essence(const aafMobID_t& id, IAAFEssenceData** out) {
     if (!out) return AAFRESULT_NULL_PARAM;
     StoredObject* data = nullptr;
-    const HRESULT r =
-        m_content.find_element(pid::ContentStorage_EssenceData, StoredKey(id), data);
+    const HRESULT r = m_content.find_element(pid::ContentStorage_EssenceData, StoredKey(id), data);
     if (r == AAFRESULT_OBJECT_NOT_FOUND) return AAFRESULT_ESSENCE_NOT_FOUND;
     return r < 0 ? r : m_session->hand_out(*data, out);
   }
@@ -227,19 +224,25 @@ class Contents {
 
   static HRESULT match(StoredObject& mob, const aafSearchCrit_t& criterion, bool& matches) {
     switch (criterion.searchTag) {
-      case kAAFNoSearch: matches = true; return AAFRESULT_SUCCESS;
-      case kAAFByMobKind: return match_kind(mob, criterion.tags.mobKind, matches);
-      case kAAFByMobID: return match_value(mob, pid::Mob_MobID, criterion.tags.mobID, matches);
+      case kAAFNoSearch:
+        matches = true;
+        return AAFRESULT_SUCCESS;
+      case kAAFByMobKind:
+        return match_kind(mob, criterion.tags.mobKind, matches);
+      case kAAFByMobID:
+        return match_value(mob, pid::Mob_MobID, criterion.tags.mobID, matches);
       case kAAFByUsageCode:
         return match_value(mob, pid::Mob_UsageCode, criterion.tags.usageCode, matches);
-      case kAAFByName: return match_name(mob, criterion.tags.name, matches);
+      case kAAFByName:
+        return match_name(mob, criterion.tags.name, matches);
       case kAAFByClass:
         matches = false;
         for (const ClassDef* at = &mob.class_def(); at; at = at->parent) {
           if (at->identifier == criterion.tags.objClass) matches = true;
         }
         return AAFRESULT_SUCCESS;
-      default: return AAFRESULT_NOT_IMPLEMENTED;
+      default:
+        return AAFRESULT_NOT_IMPLEMENTED;
     }
   }
 
@@ -253,8 +256,7 @@ class Contents {
   }
 
   template <typename T>
-  static HRESULT match_value(StoredObject& mob, std::uint16_t pid, const T& wanted,
-                             bool& matches) {
+  static HRESULT match_value(StoredObject& mob, std::uint16_t pid, const T& wanted, bool& matches) {
     T value{};
     const HRESULT r = get_value(mob, pid, value);
     matches = r >= 0 && value == wanted;
@@ -443,10 +445,14 @@ HRESULT append_identification(FileSession& session, const aafProductIdentificati
 AafObject* make_header_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                               StoredObject& stored) {
   switch (index) {
-    case ClassIndex::Header: return new Header(session, stored);
-    case ClassIndex::Identification: return new Identification(session, stored);
-    case ClassIndex::ContentStorage: return new ContentStorage(session, stored);
-    default: return nullptr;
+    case ClassIndex::Header:
+      return new Header(session, stored);
+    case ClassIndex::Identification:
+      return new Identification(session, stored);
+    case ClassIndex::ContentStorage:
+      return new ContentStorage(session, stored);
+    default:
+      return nullptr;
   }
 }
 

@@ -240,12 +240,13 @@ class Mob : public Adds<AafObject, IAAFMob, IAAFMob2, IAAFSearchSource> {
                                 IAAFTimelineMobSlot** ppNewSlot) override {
     if (!pSegment || !pSlotName || !ppNewSlot) return AAFRESULT_NULL_PARAM;
     StoredObject* slot = nullptr;
-    if (const HRESULT r = append_slot(ClassIndex::TimelineMobSlot, pSegment, slotID, pSlotName,
-                                      slot);
+    if (const HRESULT r =
+            append_slot(ClassIndex::TimelineMobSlot, pSegment, slotID, pSlotName, slot);
         r < 0) {
       return r;
     }
-    if (const HRESULT r = set_value(*slot, pid::TimelineMobSlot_EditRate, editRate); r < 0) return r;
+    if (const HRESULT r = set_value(*slot, pid::TimelineMobSlot_EditRate, editRate); r < 0)
+      return r;
     if (const HRESULT r = set_value(*slot, pid::TimelineMobSlot_Origin, origin); r < 0) return r;
     return session().hand_out(*slot, ppNewSlot);
   }
@@ -450,8 +451,8 @@ class TaggedValue final : public Adds<AafObject, IAAFTaggedValue> {
     if (!pName || !pTypeDef || !pValue) return AAFRESULT_NULL_PARAM;
     Ref<IAAFMetaDefinition> type;
     aafUID_t id{};
-    HRESULT r = pTypeDef->QueryInterface(IID_IAAFMetaDefinition,
-                                         reinterpret_cast<void**>(type.put()));
+    HRESULT r =
+        pTypeDef->QueryInterface(IID_IAAFMetaDefinition, reinterpret_cast<void**>(type.put()));
     if (r < 0) return r;
     if (r = type->GetAUID(&id); r < 0) return r;
     if (r = write_text(pid::TaggedValue_Name, pName); r < 0) return r;
@@ -563,17 +564,28 @@ HRESULT begin_mob(StoredObject& mob) {
 AafObject* make_mob_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                            StoredObject& stored) {
   switch (index) {
-    case ClassIndex::Mob: return new Mob(session, stored);
-    case ClassIndex::CompositionMob: return new CompositionMob(session, stored);
-    case ClassIndex::MasterMob: return new MasterMob(session, stored);
-    case ClassIndex::SourceMob: return new SourceMob(session, stored);
-    case ClassIndex::MobSlot: return new MobSlot(session, stored);
-    case ClassIndex::TimelineMobSlot: return new TimelineMobSlot(session, stored);
-    case ClassIndex::EventMobSlot: return new EventMobSlot(session, stored);
-    case ClassIndex::StaticMobSlot: return new StaticMobSlot(session, stored);
-    case ClassIndex::TaggedValue: return new TaggedValue(session, stored);
-    case ClassIndex::KLVData: return new KLVData(session, stored);
-    default: return nullptr;
+    case ClassIndex::Mob:
+      return new Mob(session, stored);
+    case ClassIndex::CompositionMob:
+      return new CompositionMob(session, stored);
+    case ClassIndex::MasterMob:
+      return new MasterMob(session, stored);
+    case ClassIndex::SourceMob:
+      return new SourceMob(session, stored);
+    case ClassIndex::MobSlot:
+      return new MobSlot(session, stored);
+    case ClassIndex::TimelineMobSlot:
+      return new TimelineMobSlot(session, stored);
+    case ClassIndex::EventMobSlot:
+      return new EventMobSlot(session, stored);
+    case ClassIndex::StaticMobSlot:
+      return new StaticMobSlot(session, stored);
+    case ClassIndex::TaggedValue:
+      return new TaggedValue(session, stored);
+    case ClassIndex::KLVData:
+      return new KLVData(session, stored);
+    default:
+      return nullptr;
   }
 }
 

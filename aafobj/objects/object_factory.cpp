@@ -21,10 +21,9 @@ class PlainObject final : public AafObject {
 AafObject* make_of_class(ClassIndex index, const std::shared_ptr<FileSession>& session,
                          StoredObject& stored) {
   using Maker = AafObject* (*)(ClassIndex, const std::shared_ptr<FileSession>&, StoredObject&);
-  static constexpr Maker makers[] = {make_component_object, make_parameter_object,
-                                     make_mob_object,       make_definition_object,
-                                     make_descriptor_object, make_essence_object,
-                                     make_header_object};
+  static constexpr Maker makers[] = {
+      make_component_object,  make_parameter_object, make_mob_object,   make_definition_object,
+      make_descriptor_object, make_essence_object,   make_header_object};
   for (const Maker maker : makers) {
     if (AafObject* made = maker(index, session, stored)) return made;
   }

@@ -49,8 +49,7 @@ class Parameter : public Adds<AafObject, IAAFParameter> {
     if (!object) return AAFRESULT_INVALID_OBJ;
     if (!object->stored().is_attached()) return AAFRESULT_OBJECT_NOT_ATTACHED;
     aafUID_t id{};
-    const HRESULT r =
-        get_value(object->stored(), pid::DefinitionObject_Identification, id);
+    const HRESULT r = get_value(object->stored(), pid::DefinitionObject_Identification, id);
     return r < 0 ? r : write_same(pid::Parameter_Definition, id);
   }
 };
@@ -192,11 +191,16 @@ class ControlPoint final : public Adds<AafObject, IAAFControlPoint> {
 AafObject* make_parameter_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
                                  StoredObject& stored) {
   switch (index) {
-    case ClassIndex::Parameter: return new Parameter(session, stored);
-    case ClassIndex::ConstantValue: return new ConstantValue(session, stored);
-    case ClassIndex::VaryingValue: return new VaryingValue(session, stored);
-    case ClassIndex::ControlPoint: return new ControlPoint(session, stored);
-    default: return nullptr;
+    case ClassIndex::Parameter:
+      return new Parameter(session, stored);
+    case ClassIndex::ConstantValue:
+      return new ConstantValue(session, stored);
+    case ClassIndex::VaryingValue:
+      return new VaryingValue(session, stored);
+    case ClassIndex::ControlPoint:
+      return new ControlPoint(session, stored);
+    default:
+      return nullptr;
   }
 }
 

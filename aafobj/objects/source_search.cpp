@@ -146,13 +146,13 @@ HRESULT edit_rate_of(StoredObject& slot, aafRational_t& rate) {
 
 aafInt64 convert_rate(aafInt64 position, const aafRational_t& from, const aafRational_t& to) {
   const bool is_same = from.numerator == to.numerator && from.denominator == to.denominator;
-  const bool is_whole = from.numerator > 0 && from.denominator > 0 && to.numerator > 0 &&
-                        to.denominator > 0;
+  const bool is_whole =
+      from.numerator > 0 && from.denominator > 0 && to.numerator > 0 && to.denominator > 0;
   if (is_same || !is_whole) return position;
   // 64 bits times two of 32 need 126.
   __extension__ using Wide = __int128;
-  const Wide converted = Wide{position} * to.numerator * from.denominator /
-                         (Wide{to.denominator} * from.numerator);
+  const Wide converted =
+      Wide{position} * to.numerator * from.denominator / (Wide{to.denominator} * from.numerator);
   constexpr aafInt64 largest = std::numeric_limits<aafInt64>::max();
   constexpr aafInt64 smallest = std::numeric_limits<aafInt64>::min();
   return static_cast<aafInt64>(std::clamp<Wide>(converted, smallest, largest));

@@ -54,7 +54,8 @@ aafUID_t new_auid() {
   static thread_local std::random_device source;
   aafUID_t id{};
   std::uint32_t words[4];
-  for (std::uint32_t& word : words) word = source();
+  for (std::uint32_t& word : words)
+    word = source();
   std::memcpy(&id, words, sizeof(id));
   id.Data3 = static_cast<aafUInt16>((id.Data3 & 0x0fff) | 0x4000);
   id.Data4[0] = static_cast<aafUInt8>((id.Data4[0] & 0x3f) | 0x80);
@@ -63,10 +64,16 @@ aafUID_t new_auid() {
 
 aafMobID_t new_mob_id() {
   aafMobID_t id = {{0x06, 0x0a, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x01, 0x0f, 0x20},
-                   0x13, 0x00, 0x00, 0x00, new_auid()};
+                   0x13,
+                   0x00,
+                   0x00,
+                   0x00,
+                   new_auid()};
   return id;
 }
 
-bool is_null(const aafMobID_t& id) { return id == aafMobID_t{}; }
+bool is_null(const aafMobID_t& id) {
+  return id == aafMobID_t{};
+}
 
 }  // namespace aafobj

@@ -15,8 +15,7 @@ AAFRESULT append_tagged_text(StoredObject& object, std::uint16_t pid, aafCharact
   const std::vector<std::byte> text = stored_text(from_wide(value));
   const AAFRESULT steps[] = {
       set_text(*tagged, pid::TaggedValue_Name, from_wide(name)),
-      set_indirect(*tagged, pid::TaggedValue_Value,
-                   {row_of(TypeIndex::String).identifier, text}),
+      set_indirect(*tagged, pid::TaggedValue_Value, {row_of(TypeIndex::String).identifier, text}),
       object.append(pid, *tagged)};
   for (const AAFRESULT r : steps) {
     if (r < 0) return r;

@@ -6,7 +6,6 @@ namespace aafobj {
 
 // Appends a tagged value with a text to a list of such.
 [[nodiscard]] AAFRESULT append_tagged_text(StoredObject& object, std::uint16_t pid,
-                                           aafCharacter_constptr name,
-                                           aafCharacter_constptr value);
+                                           aafCharacter_constptr name, aafCharacter_constptr value);
 
 }  // namespace aafobj
