@@ -1,0 +1,14 @@
+#pragma once
+
+#include <memory>
+
+#include "aafobj/objects/aaf_object.h"
+
+namespace aafobj {
+
+// Interface objects for essence descriptors and locators. Null for a class that has none of its
+// own here.
+AafObject* make_descriptor_object(ClassIndex index, const std::shared_ptr<FileSession>& session,
+                                  StoredObject& stored);
+
+}  // namespace aafobj

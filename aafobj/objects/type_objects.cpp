@@ -1,0 +1,889 @@
+// The interfaces of types, one class for each kind.
+
+#include <algorithm>
+
+#include "aafobj/objects/meta_objects.h"
+#include "aafobj/objects/native_layout.h"
+
+namespace aafobj {
+namespace {
+
+// A caller's value, if it is ours and its type is this one or has this one for its base.
+HRESULT value_of(const TypeDef& type, IAAFPropertyValue* pointer, ValueObject*& value) {
+  if (!pointer) return AAFRESULT_NULL_PARAM;
+  value = ValueObject::behind(pointer);
+  if (!value) return AAFRESULT_INVALID_OBJ;
+  const bool fits = base_type(value->type()).identifier == base_type(type).identifier;
+  return fits ? AAFRESULT_SUCCESS : AAFRESULT_BAD_TYPE;
+}
+
+std::span<std::byte> bytes_at(aafMemPtr_t memory, std::size_t size) {
+  return std::as_writable_bytes(std::span(memory, size));
+}
+
+Ref<ValueObject> new_value(TypeObject& type) {
+  return Ref<ValueObject>(new ValueObject(type.shared_session(), type.definition()));
+}
+
+// A value of a fixed layout from a program's memory, and back.
+HRESULT value_from_memory(TypeObject& type, aafMemPtr_t data, aafUInt32 size,
+                          IAAFPropertyValue** out) {
+  if (!data || !out) return AAFRESULT_NULL_PARAM;
+  Ref<ValueObject> value = new_value(type);
+  value->bytes.resize(type.definition().size_bytes);
+  if (value->bytes.empty() || !from_native(type.definition(), bytes_at(data, size), value->bytes)) {
+    return AAFRESULT_BAD_SIZE;
+  }
+  *out = value.detach();
+  return AAFRESULT_SUCCESS;
+}
+
+HRESULT value_to_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
+                        aafUInt32 size) {
+  if (!data) return AAFRESULT_NULL_PARAM;
+  ValueObject* value = nullptr;
+  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
+  const bool fits = to_native(type.definition(), value->bytes, bytes_at(data, size));
+  return fits ? AAFRESULT_SUCCESS : AAFRESULT_BAD_SIZE;
+}
+
+HRESULT change_from_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
+                           aafUInt32 size) {
+  if (!data) return AAFRESULT_NULL_PARAM;
+  ValueObject* value = nullptr;
+  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
+  std::vector<std::byte> bytes(type.definition().size_bytes);
+  if (!from_native(type.definition(), bytes_at(data, size), bytes)) return AAFRESULT_BAD_SIZE;
+  value->bytes = std::move(bytes);
+  return AAFRESULT_SUCCESS;
+}
+
+HRESULT hand_out_type_of(TypeObject& type, const TypeDef* wanted, IAAFTypeDef** out) {
+  if (!out) return AAFRESULT_NULL_PARAM;
+  return wanted ? type.session().hand_out(*wanted, out) : AAFRESULT_TYPE_NOT_FOUND;
+}
+
+// One element of a value with parts, as a value of its own.
+HRESULT part_value(TypeObject& type, ValueObject& whole, const TypeDef& part, std::size_t offset,
+                   IAAFPropertyValue** out) {
+  if (!out) return AAFRESULT_NULL_PARAM;
+  if (offset + part.size_bytes > whole.bytes.size()) return AAFRESULT_BAD_SIZE;
+  Ref<ValueObject> value(new ValueObject(type.shared_session(), part));
+  const auto from = whole.bytes.begin() + static_cast<std::ptrdiff_t>(offset);
+  value->bytes.assign(from, from + static_cast<std::ptrdiff_t>(part.size_bytes));
+  *out = value.detach();
+  return AAFRESULT_SUCCESS;
+}
+
+class IntegerType final : public Adds<TypeObject, IAAFTypeDefInt> {
+ public:
+  using Adds::Adds;
+
+  HRESULT CreateValue(aafMemPtr_t pVal, aafUInt32 valSize, IAAFPropertyValue** ppPropVal) override {
+    if (!pVal || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    Ref<ValueObject> value = new_value(*this);
+    if (!convert(bytes_at(pVal, valSize), definition().size_bytes, value->bytes)) {
+      return AAFRESULT_BAD_SIZE;
+    }
+    *ppPropVal = value.detach();
+    return AAFRESULT_SUCCESS;
+  }
+
+  HRESULT GetInteger(IAAFPropertyValue* pPropVal, aafMemPtr_t pVal, aafUInt32 valSize) override {
+    if (!pVal) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    std::vector<std::byte> number;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    if (!convert(value->bytes, valSize, number)) return AAFRESULT_BAD_SIZE;
+    std::memcpy(pVal, number.data(), number.size());
+    return AAFRESULT_SUCCESS;
+  }
+
+  HRESULT SetInteger(IAAFPropertyValue* pPropVal, aafMemPtr_t pVal, aafUInt32 valSize) override {
+    if (!pVal) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    const bool fits = convert(bytes_at(pVal, valSize), definition().size_bytes, value->bytes);
+    return fits ? AAFRESULT_SUCCESS : AAFRESULT_BAD_SIZE;
+  }
+
+  HRESULT GetSize(aafUInt32* pSize) override {
+    if (!pSize) return AAFRESULT_NULL_PARAM;
+    *pSize = static_cast<aafUInt32>(definition().size_bytes);
+    return AAFRESULT_SUCCESS;
+  }
+
+  HRESULT IsSigned(aafBoolean_t* pSigned) override {
+    if (!pSigned) return AAFRESULT_NULL_PARAM;
+    *pSigned = definition().is_signed ? kAAFTrue : kAAFFalse;
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~IntegerType() override = default;
+
+  // To a number of as many bytes or more, with the sign where the type has one.
+  bool convert(std::span<const std::byte> from, std::size_t size,
+               std::vector<std::byte>& to) const {
+    const bool is_size = size == 1 || size == 2 || size == 4 || size == 8;
+    if (!is_size || from.empty() || from.size() > size) return false;
+    const bool is_negative =
+        definition().is_signed && (from.back() & std::byte{0x80}) != std::byte{};
+    std::vector<std::byte> number(size, is_negative ? std::byte{0xff} : std::byte{0});
+    std::copy(from.begin(), from.end(), number.begin());
+    to = std::move(number);
+    return true;
+  }
+};
+
+class RecordType final : public Adds<TypeObject, IAAFTypeDefRecord> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetMemberType(aafUInt32 index, IAAFTypeDef** ppTypeDef) override {
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    return hand_out_type_of(*this, definition().members[index].type, ppTypeDef);
+  }
+  HRESULT GetMemberName(aafUInt32 index, aafCharacter* pName, aafUInt32 bufSize) override {
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    return copy_text(definition().members[index].name, pName, bufSize);
+  }
+  HRESULT GetMemberNameBufLen(aafUInt32 index, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    *pLen = wide_bytes(definition().members[index].name);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT CreateValueFromStruct(aafMemPtr_t pInitData, aafUInt32 initDataSize,
+                                IAAFPropertyValue** ppPropVal) override {
+    return value_from_memory(*this, pInitData, initDataSize, ppPropVal);
+  }
+  HRESULT GetValue(IAAFPropertyValue* pInPropVal, aafUInt32 index,
+                   IAAFPropertyValue** ppOutPropVal) override {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pInPropVal, value); r < 0) return r;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    std::size_t offset = 0;
+    for (aafUInt32 i = 0; i < index; ++i)
+      offset += definition().members[i].type->size_bytes;
+    return part_value(*this, *value, *definition().members[index].type, offset, ppOutPropVal);
+  }
+  HRESULT GetStruct(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
+    return value_to_memory(*this, pPropVal, pData, dataSize);
+  }
+  HRESULT SetStruct(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
+    return change_from_memory(*this, pPropVal, pData, dataSize);
+  }
+  HRESULT GetCount(aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    *pCount = static_cast<aafUInt32>(definition().members.size());
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~RecordType() override = default;
+};
+
+class RenamedType final : public Adds<TypeObject, IAAFTypeDefRename> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetBaseType(IAAFTypeDef** ppBaseType) override {
+    return hand_out_type_of(*this, definition().element, ppBaseType);
+  }
+  HRESULT GetBaseValue(IAAFPropertyValue* pInPropVal, IAAFPropertyValue** ppOutPropVal) override {
+    return retyped(pInPropVal, *definition().element, ppOutPropVal);
+  }
+  HRESULT CreateValue(IAAFPropertyValue* pInPropVal, IAAFPropertyValue** ppOutPropVal) override {
+    return retyped(pInPropVal, definition(), ppOutPropVal);
+  }
+
+ private:
+  ~RenamedType() override = default;
+
+  HRESULT retyped(IAAFPropertyValue* in, const TypeDef& type, IAAFPropertyValue** out) {
+    if (!out) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), in, value); r < 0) return r;
+    Ref<ValueObject> made(new ValueObject(shared_session(), type));
+    made->bytes = value->bytes;
+    made->objects = value->objects;
+    made->targets = value->targets;
+    *out = made.detach();
+    return AAFRESULT_SUCCESS;
+  }
+};
+
+class EnumerationType final : public Adds<TypeObject, IAAFTypeDefEnum> {
+ public:
+  using Adds::Adds;
+
+  HRESULT CreateValueFromName(aafCharacter_constptr Name, IAAFPropertyValue** ppPropVal) override {
+    if (!Name || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    const std::u16string name = from_wide(Name);
+    for (const TypeDef::Member& member : definition().members) {
+      if (member.name != name) continue;
+      Ref<ValueObject> value = new_value(*this);
+      value->bytes = stored(member.value);
+      *ppPropVal = value.detach();
+      return AAFRESULT_SUCCESS;
+    }
+    return AAFRESULT_INVALID_PARAM;
+  }
+  HRESULT GetElementType(IAAFTypeDef** ppTypeDef) override {
+    return hand_out_type_of(*this, definition().element, ppTypeDef);
+  }
+  HRESULT GetElementValue(aafUInt32 index, aafInt64* pOutValue) override {
+    if (!pOutValue) return AAFRESULT_NULL_PARAM;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    *pOutValue = definition().members[index].value;
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetElementName(aafUInt32 index, aafCharacter* pOutValue, aafUInt32 bufSize) override {
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    return copy_text(definition().members[index].name, pOutValue, bufSize);
+  }
+  HRESULT GetElementNameBufLen(aafUInt32 index, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    *pLen = wide_bytes(definition().members[index].name);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT CountElements(aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    *pCount = static_cast<aafUInt32>(definition().members.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetNameFromValue(IAAFPropertyValue* pValue, aafCharacter* pName,
+                           aafUInt32 bufSize) override {
+    aafInt64 number = 0;
+    if (const HRESULT r = GetIntegerValue(pValue, &number); r < 0) return r;
+    return GetNameFromInteger(number, pName, bufSize);
+  }
+  HRESULT GetNameBufLenFromValue(IAAFPropertyValue* pValue, aafUInt32* pLen) override {
+    aafInt64 number = 0;
+    if (const HRESULT r = GetIntegerValue(pValue, &number); r < 0) return r;
+    return GetNameBufLenFromInteger(number, pLen);
+  }
+  HRESULT GetNameFromInteger(aafInt64 value, aafCharacter* pName, aafUInt32 bufSize) override {
+    const TypeDef::Member* member = find(value);
+    return member ? copy_text(member->name, pName, bufSize) : AAFRESULT_INVALID_PARAM;
+  }
+  HRESULT GetNameBufLenFromInteger(aafInt64 value, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    const TypeDef::Member* member = find(value);
+    if (!member) return AAFRESULT_INVALID_PARAM;
+    *pLen = wide_bytes(member->name);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetIntegerValue(IAAFPropertyValue* pPropValIn, aafInt64* pValueOut) override {
+    if (!pValueOut) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropValIn, value); r < 0) return r;
+    if (value->bytes.size() > sizeof(aafInt64)) return AAFRESULT_BAD_SIZE;
+    *pValueOut = 0;
+    if (!value->bytes.empty()) std::memcpy(pValueOut, value->bytes.data(), value->bytes.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT SetIntegerValue(IAAFPropertyValue* pPropValToSet, aafInt64 valueIn) override {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropValToSet, value); r < 0) return r;
+    if (!find(valueIn)) return AAFRESULT_INVALID_ENUM_VALUE;
+    value->bytes = stored(valueIn);
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~EnumerationType() override = default;
+
+  const TypeDef::Member* find(aafInt64 value) const {
+    for (const TypeDef::Member& member : definition().members) {
+      if (member.value == value) return &member;
+    }
+    return nullptr;
+  }
+
+  std::vector<std::byte> stored(aafInt64 value) const {
+    std::vector<std::byte> bytes(std::min(definition().size_bytes, sizeof(value)));
+    std::memcpy(bytes.data(), &value, bytes.size());
+    return bytes;
+  }
+};
+
+// Files name the values of the usage type without the prefix that programs compare with; so
+// both are taken, and the one with the prefix is given.
+constexpr std::u16string_view name_prefix = u"kAAF";
+
+class ExtendibleType final : public Adds<TypeObject, IAAFTypeDefExtEnum> {
+ public:
+  using Adds::Adds;
+
+  HRESULT CreateValueFromName(aafCharacter_constptr Name, IAAFPropertyValue** ppPropVal) override {
+    if (!Name || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    std::u16string_view name;
+    const std::u16string given = from_wide(Name);
+    name = given;
+    for (const TypeDef::Member& member : definition().members) {
+      if (member.name != name && without_prefix(member.name) != without_prefix(name)) continue;
+      Ref<ValueObject> value = new_value(*this);
+      const auto bytes = std::as_bytes(std::span(&member.identifier, 1));
+      value->bytes.assign(bytes.begin(), bytes.end());
+      *ppPropVal = value.detach();
+      return AAFRESULT_SUCCESS;
+    }
+    return AAFRESULT_INVALID_PARAM;
+  }
+  HRESULT CountElements(aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    *pCount = static_cast<aafUInt32>(definition().members.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetElementValue(aafUInt32 index, aafUID_t* pOutValue) override {
+    if (!pOutValue) return AAFRESULT_NULL_PARAM;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    *pOutValue = definition().members[index].identifier;
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetElementName(aafUInt32 index, aafCharacter* pOutValue, aafUInt32 bufSize) override {
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    return copy_text(name_of(definition().members[index]), pOutValue, bufSize);
+  }
+  HRESULT GetElementNameBufLen(aafUInt32 index, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    *pLen = wide_bytes(name_of(definition().members[index]));
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetNameFromValue(IAAFPropertyValue* pValue, aafCharacter* pName,
+                           aafUInt32 bufSize) override {
+    aafUID_t id{};
+    if (const HRESULT r = GetAUIDValue(pValue, &id); r < 0) return r;
+    return GetNameFromAUID(id, pName, bufSize);
+  }
+  HRESULT GetNameBufLenFromValue(IAAFPropertyValue* pValue, aafUInt32* pLen) override {
+    aafUID_t id{};
+    if (const HRESULT r = GetAUIDValue(pValue, &id); r < 0) return r;
+    return GetNameBufLenFromAUID(id, pLen);
+  }
+  HRESULT GetNameFromAUID(aafUID_constref value, aafCharacter* pName, aafUInt32 bufSize) override {
+    const TypeDef::Member* member = find(value);
+    return member ? copy_text(name_of(*member), pName, bufSize) : AAFRESULT_INVALID_PARAM;
+  }
+  HRESULT GetNameBufLenFromAUID(aafUID_constref value, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    const TypeDef::Member* member = find(value);
+    if (!member) return AAFRESULT_INVALID_PARAM;
+    *pLen = wide_bytes(name_of(*member));
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetAUIDValue(IAAFPropertyValue* pPropValIn, aafUID_t* pValueOut) override {
+    if (!pValueOut) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropValIn, value); r < 0) return r;
+    if (value->bytes.size() != sizeof(aafUID_t)) return AAFRESULT_BAD_SIZE;
+    std::memcpy(pValueOut, value->bytes.data(), sizeof(aafUID_t));
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT SetAUIDValue(IAAFPropertyValue* pPropValToSet, aafUID_constref valueIn) override {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropValToSet, value); r < 0) return r;
+    if (!find(valueIn)) return AAFRESULT_INVALID_PARAM;
+    const auto bytes = std::as_bytes(std::span(&valueIn, 1));
+    value->bytes.assign(bytes.begin(), bytes.end());
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~ExtendibleType() override = default;
+
+  static std::u16string_view without_prefix(std::u16string_view name) {
+    if (name.starts_with(name_prefix)) name.remove_prefix(name_prefix.size());
+    return name;
+  }
+
+  std::u16string name_of(const TypeDef::Member& member) const {
+    if (definition().baseline != TypeIndex::UsageType) return member.name;
+    return std::u16string(name_prefix) + std::u16string(without_prefix(member.name));
+  }
+
+  const TypeDef::Member* find(const aafUID_t& value) const {
+    for (const TypeDef::Member& member : definition().members) {
+      if (member.identifier == value) return &member;
+    }
+    return nullptr;
+  }
+};
+
+// Arrays and sets: what is the same for elements that are data and for those that are objects.
+std::size_t element_count(const TypeDef& type, const ValueObject& value) {
+  if (!value.objects.empty()) return value.objects.size();
+  if (!value.targets.empty()) return value.targets.size();
+  const std::size_t each = type.element ? type.element->size_bytes : 0;
+  return each == 0 ? 0 : value.bytes.size() / each;
+}
+
+HRESULT element_value(TypeObject& type, ValueObject& whole, std::size_t index,
+                      IAAFPropertyValue** out) {
+  if (!out) return AAFRESULT_NULL_PARAM;
+  if (index >= element_count(type.definition(), whole)) return AAFRESULT_BADINDEX;
+  const TypeDef& element = *type.definition().element;
+  if (whole.objects.empty() && whole.targets.empty()) {
+    return part_value(type, whole, element, index * element.size_bytes, out);
+  }
+  Ref<ValueObject> value(new ValueObject(type.shared_session(), element));
+  if (!whole.objects.empty()) {
+    value->objects.push_back(whole.objects[index]);
+  } else {
+    value->targets.push_back(whole.targets[index]);
+  }
+  *out = value.detach();
+  return AAFRESULT_SUCCESS;
+}
+
+struct ElementItem {
+  Ref<TypeObject> type;
+  Ref<ValueObject> whole;
+  std::size_t index;
+
+  HRESULT hand_out(IAAFPropertyValue** out) const {
+    return element_value(*type, *whole, index, out);
+  }
+};
+
+HRESULT enumerate_elements(TypeObject& type, IAAFPropertyValue* pointer,
+                           IEnumAAFPropertyValues** out) {
+  if (!out) return AAFRESULT_NULL_PARAM;
+  ValueObject* value = nullptr;
+  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
+  std::vector<ElementItem> items;
+  for (std::size_t i = 0; i < element_count(type.definition(), *value); ++i) {
+    type.add_reference();
+    value->add_reference();
+    items.push_back({Ref<TypeObject>(&type), Ref<ValueObject>(value), i});
+  }
+  *out =
+      new Enumerator<IEnumAAFPropertyValues, IAAFPropertyValue*, ElementItem>(std::move(items), 0);
+  return AAFRESULT_SUCCESS;
+}
+
+// Elements of a fixed layout, one after the other as in a C array.
+HRESULT array_to_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
+                        aafUInt32 size) {
+  if (!data) return AAFRESULT_NULL_PARAM;
+  ValueObject* value = nullptr;
+  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
+  const TypeDef& element = *type.definition().element;
+  const std::size_t native = native_layout(element).size_bytes;
+  const std::size_t count = element_count(type.definition(), *value);
+  if (native == 0 || !value->objects.empty() || !value->targets.empty()) return AAFRESULT_BAD_TYPE;
+  if (size < count * native) return AAFRESULT_SMALLBUF;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto stored = std::span<const std::byte>(value->bytes)
+                            .subspan(i * element.size_bytes, element.size_bytes);
+    if (!to_native(element, stored, bytes_at(data, size).subspan(i * native, native))) {
+      return AAFRESULT_BAD_SIZE;
+    }
+  }
+  return AAFRESULT_SUCCESS;
+}
+
+HRESULT array_from_memory(const TypeDef& type, aafMemPtr_t data, aafUInt32 size,
+                          std::vector<std::byte>& bytes) {
+  if (!data) return AAFRESULT_NULL_PARAM;
+  const TypeDef& element = *type.element;
+  const std::size_t native = native_layout(element).size_bytes;
+  if (native == 0) return AAFRESULT_BAD_TYPE;
+  if (size % native != 0) return AAFRESULT_BAD_SIZE;
+  std::vector<std::byte> stored(size / native * element.size_bytes);
+  for (std::size_t i = 0; i < size / native; ++i) {
+    const auto to = std::span(stored).subspan(i * element.size_bytes, element.size_bytes);
+    if (!from_native(element, bytes_at(data, size).subspan(i * native, native), to)) {
+      return AAFRESULT_BAD_SIZE;
+    }
+  }
+  bytes = std::move(stored);
+  return AAFRESULT_SUCCESS;
+}
+
+HRESULT array_value(TypeObject& type, aafMemPtr_t data, aafUInt32 size, IAAFPropertyValue** out) {
+  if (!out) return AAFRESULT_NULL_PARAM;
+  Ref<ValueObject> value = new_value(type);
+  const HRESULT r = array_from_memory(type.definition(), data, size, value->bytes);
+  if (r >= 0) *out = value.detach();
+  return r;
+}
+
+// What the two kinds of array have in common.
+template <typename Interface>
+class ArrayType : public Adds<TypeObject, Interface> {
+ public:
+  using Adds<TypeObject, Interface>::Adds;
+
+  HRESULT GetType(IAAFTypeDef** ppTypeDef) override {
+    return hand_out_type_of(*this, this->definition().element, ppTypeDef);
+  }
+  HRESULT CreateValueFromCArray(aafMemPtr_t pInitData, aafUInt32 initDataSize,
+                                IAAFPropertyValue** ppPropVal) override {
+    return array_value(*this, pInitData, initDataSize, ppPropVal);
+  }
+  HRESULT GetElementValue(IAAFPropertyValue* pInPropVal, aafUInt32 index,
+                          IAAFPropertyValue** ppOutPropVal) override {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(this->definition(), pInPropVal, value); r < 0) return r;
+    return element_value(*this, *value, index, ppOutPropVal);
+  }
+  HRESULT GetCArray(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
+    return array_to_memory(*this, pPropVal, pData, dataSize);
+  }
+  HRESULT SetCArray(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(this->definition(), pPropVal, value); r < 0) return r;
+    return array_from_memory(this->definition(), pData, dataSize, value->bytes);
+  }
+  HRESULT GetElements(IAAFPropertyValue* pPropVal, IEnumAAFPropertyValues** ppEnum) override {
+    return enumerate_elements(*this, pPropVal, ppEnum);
+  }
+
+ protected:
+  ~ArrayType() override = default;
+};
+
+class FixedArrayType final : public ArrayType<IAAFTypeDefFixedArray> {
+ public:
+  using ArrayType::ArrayType;
+
+  HRESULT GetCount(aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    *pCount = definition().element_count;
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~FixedArrayType() override = default;
+};
+
+class VariableArrayType final : public ArrayType<IAAFTypeDefVariableArray> {
+ public:
+  using ArrayType::ArrayType;
+
+  HRESULT GetCount(IAAFPropertyValue* pPropVal, aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    *pCount = static_cast<aafUInt32>(element_count(definition(), *value));
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT CreateEmptyValue(IAAFPropertyValue** ppPropVal) override {
+    if (!ppPropVal) return AAFRESULT_NULL_PARAM;
+    *ppPropVal = new_value(*this).detach();
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT AppendElement(IAAFPropertyValue* pInPropVal, IAAFPropertyValue* pMemberPropVal) override {
+    ValueObject* value = nullptr;
+    ValueObject* member = nullptr;
+    if (const HRESULT r = value_of(definition(), pInPropVal, value); r < 0) return r;
+    if (const HRESULT r = value_of(*definition().element, pMemberPropVal, member); r < 0) return r;
+    value->bytes.insert(value->bytes.end(), member->bytes.begin(), member->bytes.end());
+    value->objects.insert(value->objects.end(), member->objects.begin(), member->objects.end());
+    value->targets.insert(value->targets.end(), member->targets.begin(), member->targets.end());
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~VariableArrayType() override = default;
+};
+
+class SetType final : public Adds<TypeObject, IAAFTypeDefSet> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetElementType(IAAFTypeDef** ppTypeDef) override {
+    return hand_out_type_of(*this, definition().element, ppTypeDef);
+  }
+  HRESULT GetCount(IAAFPropertyValue* pSetPropertyValue, aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pSetPropertyValue, value); r < 0) return r;
+    *pCount = static_cast<aafUInt32>(element_count(definition(), *value));
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetElements(IAAFPropertyValue* pSetPropertyValue,
+                      IEnumAAFPropertyValues** ppEnum) override {
+    return enumerate_elements(*this, pSetPropertyValue, ppEnum);
+  }
+
+ private:
+  ~SetType() override = default;
+};
+
+class StringType final : public Adds<TypeObject, IAAFTypeDefString> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetType(IAAFTypeDef** ppTypeDef) override {
+    return hand_out_type_of(*this, definition().element, ppTypeDef);
+  }
+  // In characters, the NUL among them.
+  HRESULT GetCount(IAAFPropertyValue* pPropVal, aafUInt32* pCount) override {
+    if (!pCount) return AAFRESULT_NULL_PARAM;
+    std::wstring text;
+    if (const HRESULT r = read(pPropVal, text); r < 0) return r;
+    *pCount = static_cast<aafUInt32>(text.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT CreateValueFromCString(aafMemPtr_t pInitData, aafUInt32 initDataSize,
+                                 IAAFPropertyValue** ppPropVal) override {
+    if (!pInitData || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    Ref<ValueObject> value = new_value(*this);
+    const HRESULT r = write(*value, pInitData, initDataSize);
+    if (r >= 0) *ppPropVal = value.detach();
+    return r;
+  }
+  HRESULT SetCString(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
+    if (!pData) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    return write(*value, pData, dataSize);
+  }
+  HRESULT GetElements(IAAFPropertyValue* pInPropVal, aafMemPtr_t pBuffer,
+                      aafUInt32 bufferSize) override {
+    if (!pBuffer) return AAFRESULT_NULL_PARAM;
+    std::wstring text;
+    if (const HRESULT r = read(pInPropVal, text); r < 0) return r;
+    const std::size_t size = text.size() * sizeof(aafCharacter);
+    if (size > bufferSize) return AAFRESULT_SMALLBUF;
+    std::memcpy(pBuffer, text.data(), size);
+    return AAFRESULT_SUCCESS;
+  }
+
+ private:
+  ~StringType() override = default;
+
+  HRESULT read(IAAFPropertyValue* pointer, std::wstring& text) {
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pointer, value); r < 0) return r;
+    std::u16string units(value->bytes.size() / 2, u'\0');
+    std::memcpy(units.data(), value->bytes.data(), units.size() * 2);
+    text = to_wide(units);
+    return AAFRESULT_SUCCESS;
+  }
+
+  static HRESULT write(ValueObject& value, aafMemPtr_t data, aafUInt32 size) {
+    if (size % sizeof(aafCharacter) != 0) return AAFRESULT_BAD_SIZE;
+    std::wstring wide(size / sizeof(aafCharacter), L'\0');
+    std::memcpy(wide.data(), data, size);
+    if (!wide.empty() && wide.back() == L'\0') wide.pop_back();
+    value.bytes = stored_text(from_wide(wide));
+    return AAFRESULT_SUCCESS;
+  }
+};
+
+class CharacterType final : public Adds<TypeObject, IAAFTypeDefCharacter> {
+ public:
+  using Adds::Adds;
+
+ private:
+  ~CharacterType() override = default;
+};
+
+class StreamType final : public Adds<TypeObject, IAAFTypeDefStream> {
+ public:
+  using Adds::Adds;
+
+ private:
+  ~StreamType() override = default;
+};
+
+// An Indirect value: byte order, identifier of the actual type, actual value.
+constexpr std::size_t indirect_head = 1 + sizeof(aafUID_t);
+
+class IndirectType : public Adds<TypeObject, IAAFTypeDefIndirect> {
+ public:
+  using Adds::Adds;
+
+  HRESULT CreateValueFromActualValue(IAAFPropertyValue* pActualValue,
+                                     IAAFPropertyValue** ppIndirectPropertyValue) override {
+    if (!pActualValue || !ppIndirectPropertyValue) return AAFRESULT_NULL_PARAM;
+    ValueObject* actual = ValueObject::behind(pActualValue);
+    if (!actual) return AAFRESULT_INVALID_OBJ;
+    ByteWriter writer;
+    writer.put(static_cast<std::uint8_t>(ByteOrder::little));
+    writer.put_auid(actual->type().identifier);
+    writer.put_bytes(actual->bytes);
+    Ref<ValueObject> value = new_value(*this);
+    value->bytes = writer.release();
+    *ppIndirectPropertyValue = value.detach();
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetActualValue(IAAFPropertyValue* pIndirectPropertyValue,
+                         IAAFPropertyValue** ppActualPropertyValue) override {
+    if (!ppActualPropertyValue) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    const TypeDef* type = nullptr;
+    if (const HRESULT r = parts(pIndirectPropertyValue, value, type); r < 0) return r;
+    Ref<ValueObject> actual(new ValueObject(shared_session(), *type));
+    actual->bytes.assign(value->bytes.begin() + indirect_head, value->bytes.end());
+    *ppActualPropertyValue = actual.detach();
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetActualSize(IAAFPropertyValue* pIndirectPropertyValue,
+                        aafUInt32* pActualSize) override {
+    if (!pActualSize) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    const TypeDef* type = nullptr;
+    if (const HRESULT r = parts(pIndirectPropertyValue, value, type); r < 0) return r;
+    *pActualSize = static_cast<aafUInt32>(value->bytes.size() - indirect_head);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetActualType(IAAFPropertyValue* pIndirectPropertyValue,
+                        IAAFTypeDef** pActualType) override {
+    ValueObject* value = nullptr;
+    const TypeDef* type = nullptr;
+    if (const HRESULT r = parts(pIndirectPropertyValue, value, type); r < 0) return r;
+    return hand_out_type_of(*this, type, pActualType);
+  }
+  HRESULT GetActualData(IAAFPropertyValue* pPropVal, aafMemPtr_t pData,
+                        aafUInt32 dataSize) override {
+    if (!pData) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    const TypeDef* type = nullptr;
+    if (const HRESULT r = parts(pPropVal, value, type); r < 0) return r;
+    const std::size_t size = value->bytes.size() - indirect_head;
+    if (size > dataSize) return AAFRESULT_SMALLBUF;
+    if (size > 0) std::memcpy(pData, value->bytes.data() + indirect_head, size);
+    return AAFRESULT_SUCCESS;
+  }
+
+ protected:
+  ~IndirectType() override = default;
+
+ private:
+  HRESULT parts(IAAFPropertyValue* pointer, ValueObject*& value, const TypeDef*& type) {
+    if (const HRESULT r = value_of(definition(), pointer, value); r < 0) return r;
+    if (value->bytes.size() < indirect_head) return AAFRESULT_BAD_SIZE;
+    if (value->bytes[0] != static_cast<std::byte>(ByteOrder::little)) return AAFRESULT_BAD_TYPE;
+    aafUID_t id{};
+    std::memcpy(&id, value->bytes.data() + 1, sizeof(id));
+    type = session().meta_model().find_type(id);
+    return type ? AAFRESULT_SUCCESS : AAFRESULT_TYPE_NOT_FOUND;
+  }
+};
+
+class OpaqueType final : public Adds<IndirectType, IAAFTypeDefOpaque> {
+ public:
+  using Adds::Adds;
+
+ private:
+  ~OpaqueType() override = default;
+};
+
+class StrongReferenceType final
+    : public Adds<TypeObject, IAAFTypeDefObjectRef, IAAFTypeDefStrongObjRef> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetObjectType(IAAFClassDef** ppObjType) override {
+    if (!ppObjType) return AAFRESULT_NULL_PARAM;
+    return session().hand_out(session().meta_model().class_or_unknown(definition().target),
+                              ppObjType);
+  }
+  HRESULT CreateValue(IUnknown* pObj, IAAFPropertyValue** ppPropVal) override {
+    if (!pObj || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    AafObject* object = AafObject::behind(pObj);
+    if (!object || object->shared_session() != shared_session()) return AAFRESULT_INVALID_OBJ;
+    Ref<ValueObject> value = new_value(*this);
+    value->objects.push_back(&object->stored());
+    *ppPropVal = value.detach();
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetObject(IAAFPropertyValue* pPropVal, REFIID iid, IUnknown** ppObject) override {
+    if (!ppObject) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    if (value->objects.empty()) return AAFRESULT_OBJECT_NOT_FOUND;
+    return session().hand_out(*value->objects[0], iid, reinterpret_cast<void**>(ppObject));
+  }
+
+ private:
+  ~StrongReferenceType() override = default;
+};
+
+class WeakReferenceType final
+    : public Adds<TypeObject, IAAFTypeDefObjectRef, IAAFTypeDefWeakObjRef> {
+ public:
+  using Adds::Adds;
+
+  HRESULT GetObjectType(IAAFClassDef** ppObjType) override {
+    if (!ppObjType) return AAFRESULT_NULL_PARAM;
+    return session().hand_out(session().meta_model().class_or_unknown(definition().target),
+                              ppObjType);
+  }
+  HRESULT CreateValue(IUnknown* pObj, IAAFPropertyValue** ppPropVal) override {
+    if (!pObj || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    AafObject* object = AafObject::behind(pObj);
+    if (!object || object->shared_session() != shared_session()) return AAFRESULT_INVALID_OBJ;
+    Ref<ValueObject> value = new_value(*this);
+    const HRESULT r = session().file().target_to(object->stored(), value->targets.emplace_back());
+    if (r < 0) return r;
+    *ppPropVal = value.detach();
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetObject(IAAFPropertyValue* pPropVal, REFIID iid, IUnknown** ppObject) override {
+    if (!ppObject) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    StoredObject* object = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    if (value->targets.empty()) return AAFRESULT_OBJECT_NOT_FOUND;
+    // Classes and types have interfaces of their own.
+    const aafUID_t id = value->targets[0].key.auid();
+    void** out = reinterpret_cast<void**>(ppObject);
+    MetaModel& meta = session().meta_model();
+    if (const ClassDef* cls = meta.find_class(id)) return session().hand_out_class(*cls, iid, out);
+    if (const TypeDef* type = meta.find_type(id)) return session().hand_out_type(*type, iid, out);
+    if (const HRESULT r = session().file().resolve(value->targets[0], object); r < 0) return r;
+    return session().hand_out(*object, iid, out);
+  }
+
+ private:
+  ~WeakReferenceType() override = default;
+};
+
+}  // namespace
+
+ComObject* make_type_object(const std::shared_ptr<FileSession>& session, const TypeDef& type) {
+  switch (type.kind) {
+    case TypeKind::integer:
+      return new IntegerType(session, type);
+    case TypeKind::character:
+      return new CharacterType(session, type);
+    case TypeKind::string:
+      return new StringType(session, type);
+    case TypeKind::stream:
+      return new StreamType(session, type);
+    case TypeKind::indirect:
+      return new IndirectType(session, type);
+    case TypeKind::opaque:
+      return new OpaqueType(session, type);
+    case TypeKind::enumeration:
+      return new EnumerationType(session, type);
+    case TypeKind::extendible_enumeration:
+      return new ExtendibleType(session, type);
+    case TypeKind::fixed_array:
+      return new FixedArrayType(session, type);
+    case TypeKind::variable_array:
+      return new VariableArrayType(session, type);
+    case TypeKind::set:
+      return new SetType(session, type);
+    case TypeKind::record:
+      return new RecordType(session, type);
+    case TypeKind::rename:
+      return new RenamedType(session, type);
+    case TypeKind::strong_reference:
+      return new StrongReferenceType(session, type);
+    case TypeKind::weak_reference:
+      return new WeakReferenceType(session, type);
+  }
+  return new OpaqueType(session, type);
+}
+
+}  // namespace aafobj
