@@ -175,6 +175,34 @@ TEST_F(MultiChannel, Transitions) {
   EXPECT_EQ(entry_of("K"), Fades(0, 480, 480));
 }
 
+// An empty word has no character that is no digit, so it counts as 0.
+TEST_F(MultiChannel, MissingWordsCountAsNumbers) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.default_fade_length = 480;
+  edl_.set_edl_conversion_settings(&settings);
+  EXPECT_EQ(import("001 R A1 D\n"), 100);
+  EXPECT_EQ(only().transition_type, 51U);
+  EXPECT_EQ(only().fade_in_length, 0);
+  EXPECT_EQ(only().fade_out_length, 480);
+  CGenericEdlEntry entry(&edl_);
+  int skip = 0;
+  EXPECT_EQ(edl_.parse_event(&entry, u"", &skip), 92);
+  EXPECT_EQ(entry.event_number, 0);
+}
+
+// A letter that is neither "C" nor "D" leaves the transition that the entry has.
+TEST_F(MultiChannel, OtherLettersLeaveTheTransition) {
+  CGenericEdlEntry entry(&edl_);
+  support::set_rates(edl_);
+  entry.transition_type = 51;
+  int skip = 0;
+  const std::u16string line = u"001 R A1 K 024 00:00:01:00 00:00:02:00 00:00:03:00 00:00:04:00";
+  EXPECT_EQ(edl_.parse_event(&entry, line.c_str(), &skip), 90);
+  EXPECT_EQ(entry.transition_type, 51U);
+  EXPECT_EQ(entry.fade_in_length, 46080);
+  EXPECT_TRUE(support::has_times(entry, {144000, 192000, 48000, 96000}));
+}
+
 // A wipe has no meaning here: its number and length are read as times.
 TEST_F(MultiChannel, WipeShiftsTheTimes) {
   EXPECT_EQ(import("001 R A1 W001 025" + times_of_x + "\n"), 100);

@@ -321,6 +321,15 @@ TEST_F(NativeText, LinesOfOtherKinds) {
   EXPECT_TRUE(reports().empty());
 }
 
+// Signs in front of a line are blanked, and a line of signs alone is an edit whose
+// number is the empty word, which counts as 0.
+TEST_F(NativeText, LineOfSignsIsAnEditOfNumber0) {
+  EXPECT_EQ(import(head + "***\n"), 100);
+  EXPECT_EQ(only().event_number, 0);
+  EXPECT_EQ(streams_of(only()), Streams{65535});
+  EXPECT_EQ(only().dest_out, 0);
+}
+
 TEST_F(NativeText, WhatCannotBeWritten) {
   add_x();
   CMarloTextEdl edl(&root_, 0);
