@@ -218,6 +218,14 @@ TEST_F(Lightworks, LengthsAreMadeToAgree) {
   EXPECT_TRUE(support::has_times(only(), {0, 432000, 0, 432000}));
   EXPECT_EQ(only().original_dest_out, 480000);
   EXPECT_TRUE(reports().empty());
+  // Ten seconds at 5 s play nine of a source that begins at 2 s.
+  CLightworksEdl later(nullptr, 0);
+  line.edit_in = "00005.000000";
+  line.edit_out = "00015.000000";
+  line.source_in = "00002.000000";
+  line.source_out = "00011.000000";
+  EXPECT_EQ(read(later, lightworks_head + line.text()), 100);
+  EXPECT_TRUE(support::has_times(*entries_of(later).at(0), {240000, 672000, 96000, 528000}));
 }
 
 TEST_F(Lightworks, BlackLines) {

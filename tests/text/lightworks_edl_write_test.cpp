@@ -299,6 +299,14 @@ TEST_F(LightworksWrite, CutThatLeavesNothingIsPutBack) {
   const auto entries = entries_of(root_);
   EXPECT_TRUE(support::has_times(*entries[0], {990, 1000, 0, 10}));
   EXPECT_TRUE(support::has_times(*entries[1], {500, 5000, 500, 5000}));
+  // The second edit lies inside the first, which ends 4900 samples behind its start.
+  clear();
+  support::add_entry(root_, {.dest_in = 0, .dest_out = 5000, .source_in = 0, .source_out = 5000});
+  support::add_entry(root_, {.dest_in = 100, .dest_out = 1000, .source_in = 0, .source_out = 900});
+  table();
+  const auto inner = entries_of(root_);
+  EXPECT_TRUE(support::has_times(*inner[0], {0, 2550, 0, 2550}));
+  EXPECT_TRUE(support::has_times(*inner[1], {100, 1000, 0, 900}));
 }
 
 TEST_F(LightworksWrite, EachStreamIsAMonoLine) {
