@@ -73,6 +73,12 @@ TEST_F(NativeText, HeadByRates) {
   }
 }
 
+TEST_F(NativeText, RatesBehindTheLastAreUnknown) {
+  CGenericEdl root;
+  support::set_rates(root, 15, 5);
+  EXPECT_EQ(written<CMarloTextEdl>(root), magic + "FRAME RATE=UNKNOWN\nSAMPLE RATE=UNKNOWN\n\n");
+}
+
 TEST_F(NativeText, BothLines) {
   CGenericEdlEntry& x = add_x(u"KICK DRM");
   x.fade_in_length = 1920;

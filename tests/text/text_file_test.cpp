@@ -232,6 +232,14 @@ TEST_F(TextFileTest, WordsIntoABuffer) {
   EXPECT_EQ(std::u16string(word, 4), std::u16string(u"I\0\0x", 4));
   EXPECT_EQ(file.next_word(word, 3, 1), 0);
   EXPECT_EQ(std::u16string(word, 4), std::u16string(u"\0\0\0x", 4));
+
+  open(file, "A B");
+  ASSERT_EQ(file.get_line(), 1);
+  wide_char used[4] = {u'x', u'x', u'x', u'x'};
+  EXPECT_EQ(file.next_word(used, 3, 0), 1);
+  EXPECT_EQ(std::u16string(used, 4), std::u16string(u"A\0xx", 4)) << "the rest stays";
+  EXPECT_EQ(file.next_word(used, 3, 1), 1);
+  EXPECT_EQ(std::u16string(used, 4), std::u16string(u"B\0\0x", 4));
 }
 
 TEST_F(TextFileTest, ALineStartsItsWordsAnew) {
