@@ -225,6 +225,23 @@ TEST_F(LightworksRebuild, EditsThatMeetAtDefaultFadesOverlap) {
   EXPECT_TRUE(support::has_times(*entries[2], {96000, 144000, 0, 48000}));
 }
 
+// One sample in front of the second edit is enough; half the fade is taken all the same.
+TEST_F(LightworksRebuild, AnOverlapMayBeginBeforeItsSource) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.default_fade_length = 240;
+  edl_.set_edl_conversion_settings(&settings);
+  TableLine second;
+  second.edit_in = "00001.000000";
+  second.edit_out = "00002.000000";
+  second.source_in = "00000.000021";
+  second.source_out = "00001.000021";
+  const auto entries = rebuilt(TableLine().text() + second.text());
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_TRUE(support::has_times(*entries[0], {0, 48120, 0, 48120}));
+  EXPECT_TRUE(support::has_times(*entries[1], {47880, 96000, -119, 48001}));
+  EXPECT_EQ(entries[1]->fade_in_length, 240);
+}
+
 TEST_F(LightworksRebuild, EditsThatMeetAtTheStartDoNotOverlap) {
   EDL_CONVERSION_SETTINGS settings;
   settings.default_fade_length = 240;
