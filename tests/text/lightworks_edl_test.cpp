@@ -97,6 +97,7 @@ TEST_F(Lightworks, PlainLine) {
   EXPECT_EQ(streams_of(only()), Streams{0});
   EXPECT_EQ(only().first_channel, 2);
   EXPECT_EQ(only().no_channels, 1);
+  EXPECT_EQ(only().channel_offset, 0);
   EXPECT_EQ(only().level_in, 1.0F);
   EXPECT_EQ(only().level_out, 0.5F);
   EXPECT_EQ(only().gain_left, 1.0F);

@@ -227,6 +227,7 @@ TEST_F(NativeText, ChannelWords) {
     const CGenericEdlEntry& entry = *entries_of(edl).at(0);
     EXPECT_EQ(entry.no_channels, entry.no_streams);
     EXPECT_EQ(entry.reel->no_streams, entry.no_streams);
+    EXPECT_EQ(entry.channel_offset, 0);
     return streams_of(entry);
   };
   EXPECT_EQ(streams("1"), Streams{0});

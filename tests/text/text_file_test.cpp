@@ -262,6 +262,7 @@ TEST_F(TextFileTest, ALineOf250CharactersFits) {
   EXPECT_EQ(file.add_text(std::u16string(251, u'd')), 0);
   EXPECT_NE(file.add_text(u""), 0);
   EXPECT_EQ(file.flush_line(), 101);
+  EXPECT_EQ(file.line()[0], u'\0');
   EXPECT_EQ(file.flush_line(), 101) << "an empty line writes nothing";
   EXPECT_NE(file.add_text(std::u16string(250, u'e')), 0) << "flushing empties the buffer";
   EXPECT_EQ(file.flush_line(), 101);
