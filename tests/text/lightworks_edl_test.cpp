@@ -279,6 +279,20 @@ TEST_F(Lightworks, VideoLines) {
   // Whatever else stands there reads as a picture line without columns.
   EXPECT_EQ(video(2).transition_type, 11U);
   EXPECT_EQ(video(2).gain, 0.0F);
+  // The shorter length counts here too: four seconds of source in five.
+  CLightworksEdl lengths(nullptr, 0);
+  TableLine longer{"V01"};
+  longer.edit_in = "00002.000000";
+  longer.edit_out = "00007.000000";
+  longer.source_in = "00010.000000";
+  longer.source_out = "00014.000000";
+  EXPECT_EQ(read(lengths, lightworks_head + longer.text()), 100);
+  const auto& agreed =
+      *static_cast<const CGenericEdlVideoEntry*>(lengths.get_video_list()->GetHead());
+  EXPECT_EQ(agreed.dest_in, 96000);
+  EXPECT_EQ(agreed.dest_out, 288000);
+  EXPECT_EQ(agreed.source_in, 480000);
+  EXPECT_EQ(agreed.source_out, 672000);
   EXPECT_EQ(reports(), (Texts{"[22255]", "[22255]"}));
 }
 

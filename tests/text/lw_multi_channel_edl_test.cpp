@@ -281,6 +281,26 @@ TEST_F(MultiChannel, MonoPairsAreMergedWhenAsked) {
   EXPECT_EQ(streams_of(*entries_of(merging).at(0)), (Streams{0, 1}));
 }
 
+// Merging sorts first, so that edits which meet in time need not be neighbours in the
+// file, and the crossfades are those of the stereo edits.
+TEST_F(MultiChannel, MergedEditsAreFoldedIntoCrossfades) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.lw_multichannel_merge_channels = 1;
+  settings.default_fade_length = 480;
+  edl_.set_edl_conversion_settings(&settings);
+  EXPECT_EQ(import("001 R A1 C 00:01:00:00 00:01:01:00 00:00:01:00 00:00:02:00\n"
+                   "002 R A1 C 00:02:00:00 00:02:01:00 00:00:02:00 00:00:03:00\n"
+                   "003 R A2 C 00:01:00:00 00:01:01:00 00:00:01:00 00:00:02:00\n"
+                   "004 R A2 C 00:02:00:00 00:02:01:00 00:00:02:00 00:00:03:00\n"),
+            100);
+  const auto entries = entries_of(edl_);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(streams_of(*entries[0]), (Streams{0, 1}));
+  EXPECT_TRUE(support::has_times(*entries[0], {48000, 96240, 2880000, 2928240}));
+  EXPECT_TRUE(support::has_times(*entries[1], {95760, 144000, 5759760, 5808000}));
+  EXPECT_EQ(entries[1]->original_dest_in, 96000);
+}
+
 TEST_F(MultiChannel, WhatCannotBeReadOrWritten) {
   support::set_rates(edl_);
   EXPECT_EQ(edl_.import_edl(folder_.wide_file("none")), 0);
