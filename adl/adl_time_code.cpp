@@ -131,7 +131,19 @@ struct Numbers {
   std::int64_t seconds;
   std::int64_t frames;
   std::int64_t samples;
+
+  bool operator==(const Numbers&) const = default;
 };
+
+// The pull-down rates count 1000 where 1001 samples pass. False for what is far beyond
+// any day.
+bool to_time_code_rate(std::int64_t& t, std::uint8_t frame_rate) {
+  constexpr std::int64_t most = (std::numeric_limits<std::int64_t>::max() - 500) / 1000;
+  if (!is_2997(frame_rate)) return true;
+  if (t < -most || t > most) return false;
+  t = (t * 1000 + 500) / 1001;
+  return true;
+}
 
 // Adds the frame numbers that were left out up to `minute`, and carries.
 void restore_dropped(Numbers& n, std::int64_t minute) {
@@ -153,8 +165,17 @@ void number_exactly(Numbers& n) {
   n.hours = frames / (30 * 3600);
 }
 
-// False for 24 hours or more.
-bool work_out(std::int64_t t, std::uint32_t rate, std::uint8_t frame_rate, Numbers& n) {
+// How drop frame numbers are found.
+enum class DropNumbers { by_lagging_minute, exact };
+
+DropNumbers drop_numbers() {
+  return corrected(Correction::adl_drop_frame) ? DropNumbers::exact
+                                               : DropNumbers::by_lagging_minute;
+}
+
+// The numbers of a count of samples at a rate of time code. False for 24 hours or more.
+bool work_out(std::int64_t t, std::uint32_t rate, std::uint8_t frame_rate, DropNumbers drop,
+              Numbers& n) {
   // 32 bits each, which only a rate far above all real ones leaves.
   const std::int64_t per_hour = rate * 3600U;
   const std::int64_t per_minute = rate * 60U;
@@ -168,7 +189,7 @@ bool work_out(std::int64_t t, std::uint32_t rate, std::uint8_t frame_rate, Numbe
   n.frames = fps * rest / rate;
   n.samples = rest - std::int64_t{rate * static_cast<std::uint32_t>(n.frames) / fps};
   if (frame_rate == frame_rate_2997_drop) {
-    if (corrected(Correction::adl_drop_frame)) {
+    if (drop == DropNumbers::exact) {
       number_exactly(n);
     } else {
       restore_dropped(n, t / per_minute);
@@ -245,18 +266,24 @@ std::int64_t parse_time_code(const char* text, std::size_t places, std::uint32_t
 
 void format_time_code(std::int64_t samples, std::uint32_t sample_rate, std::uint8_t frame_rate,
                       wide_char (&out)[time_code_places]) {
-  constexpr std::int64_t most = (std::numeric_limits<std::int64_t>::max() - 500) / 1000;
-  std::int64_t t = samples;
-  bool fits = true;
-  if (is_2997(frame_rate)) {
-    fits = t >= -most && t <= most;
-    if (fits) t = (t * 1000 + 500) / 1001;
-  }
+  const bool drop = frame_rate == frame_rate_2997_drop;
+  const DropNumbers how = drop ? drop_numbers() : DropNumbers::exact;
   Numbers numbers{};
-  if (fits && work_out(t, sample_rate, frame_rate, numbers)) {
+  if (std::int64_t t = samples;
+      to_time_code_rate(t, frame_rate) && work_out(t, sample_rate, frame_rate, how, numbers)) {
     write(numbers, sample_rate, frame_rate, out);
   } else {
-    copy_text(out, time_code_places,
-              frame_rate == frame_rate_2997_drop ? overflow_drop_text : overflow_text);
+    copy_text(out, time_code_places, drop ? overflow_drop_text : overflow_text);
   }
+}
+
+bool time_code_moves(std::int64_t samples, std::uint32_t sample_rate, std::uint8_t frame_rate) {
+  if (frame_rate != frame_rate_2997_drop || drop_numbers() == DropNumbers::exact) return false;
+  std::int64_t t = samples;
+  if (!to_time_code_rate(t, frame_rate)) return false;
+  Numbers lagging{};
+  Numbers exact{};
+  const bool fits = work_out(t, sample_rate, frame_rate, DropNumbers::by_lagging_minute, lagging) &&
+                    work_out(t, sample_rate, frame_rate, DropNumbers::exact, exact);
+  return fits && lagging != exact;
 }

@@ -52,3 +52,8 @@ inline constexpr std::int64_t invalid_time_code = std::numeric_limits<std::int64
 // parse_time_code refuses.
 void format_time_code(std::int64_t samples, std::uint32_t sample_rate, std::uint8_t frame_rate,
                       wide_char (&out)[time_code_places]);
+
+// Whether the text of a time names an earlier frame than that of the time, so that it
+// reads back moved. Never with the correction adl_drop_frame, nor outside drop frame.
+[[nodiscard]] bool time_code_moves(std::int64_t samples, std::uint32_t sample_rate,
+                                   std::uint8_t frame_rate);

@@ -257,9 +257,18 @@ TEST(FormatTimeCode, DropsFrameNumbersByALaggingMinuteOrExactly) {
   for (const DropCase& one : cases) {
     host.fixes.set(Correction::adl_drop_frame, false);
     EXPECT_EQ(text_of(one.samples, 48000, 3), one.text);
+    const bool in_the_day = one.samples < 4147195853;
+    EXPECT_EQ(time_code_moves(one.samples, 48000, 3),
+              in_the_day && std::string_view(one.text) != one.exact)
+        << one.text;
     host.fixes.set(Correction::adl_drop_frame, true);
     EXPECT_EQ(text_of(one.samples, 48000, 3), one.exact);
+    EXPECT_FALSE(time_code_moves(one.samples, 48000, 3));
   }
+  host.fixes.set(Correction::adl_drop_frame, false);
+  EXPECT_FALSE(time_code_moves(5762557, 48000, 2));
+  EXPECT_FALSE(time_code_moves(invalid, 48000, 3));
+  EXPECT_FALSE(time_code_moves(5762557, 0, 3));
 }
 
 TEST(FormatTimeCode, PutsFourDigitsForTheSamples) {
@@ -439,7 +448,9 @@ TEST(TimeCodeProperties, MostDropFrameNumbersComeBackEarlierToTheLetter) {
     wide_char out[time_code_places];
     const std::int64_t samples = parse_time_code(text.c_str(), 17, rate, code);
     format_time_code(samples, rate, code, out);
-    if (!std::equal(text.begin(), text.end(), std::begin(out))) ++moved;
+    const bool moves = !std::equal(text.begin(), text.end(), std::begin(out));
+    ASSERT_EQ(time_code_moves(samples, rate, code), moves) << text;
+    if (moves) ++moved;
   }
   EXPECT_EQ(moved, 1538136U);
 }
