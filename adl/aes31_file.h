@@ -42,5 +42,9 @@ class EDL_API CAES31File : public CGenericEdl {
   std::size_t m_moved_times = 0;
 };
 
+namespace adl {
+
 // The name under which export_edl writes a list.
-[[nodiscard]] std::u16string adl_output_path(std::u16string_view path);
+[[nodiscard]] std::u16string output_path(std::u16string_view path);
+
+}  // namespace adl

@@ -57,7 +57,7 @@ std::vector<CGenericEDLFileEntry*> events_of(const CObList& list) {
 
 }  // namespace
 
-std::u16string adl_output_path(std::u16string_view path) {
+std::u16string adl::output_path(std::u16string_view path) {
   std::u16string written(path);
   if (ends_with_no_case(path, replaced_extension)) {
     written.replace(path.size() - list_extension.size(), list_extension.size(), list_extension);
@@ -66,7 +66,7 @@ std::u16string adl_output_path(std::u16string_view path) {
 }
 
 result_code CAES31File::export_edl(const wide_char* path, int /*option*/) {
-  const std::u16string output = adl_output_path({path, text_length(path)});
+  const std::u16string output = adl::output_path({path, text_length(path)});
   m_moved_times = 0;
   CTextFile file(line_buffer_size);
   collect_events();

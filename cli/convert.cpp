@@ -101,6 +101,8 @@ bool write_list(const FormatRow& format, CGenericEdl& root, const Arguments& arg
   host().message_boxes().note_place(text_from_utf8(outputs.front()).c_str(), 0);
   if (!export_to(*edl, format, path, arguments.export_flag) || !guard.commit()) return false;
   if (outputs.front() != path) hint("the list is written as " + outputs.front());
+  if (const std::string remark = format.remark(*edl); !remark.empty())
+    warn(outputs.front() + " is written, but " + remark);
   return true;
 }
 
@@ -124,6 +126,8 @@ int convert(std::span<const FormatRow> rows, const Arguments& arguments,
   const ImportRun run = import_list(input, arguments);
   if (run.exit != exit_done) return run.exit;
   const bool losses = tell_of_losses(*format, *run.edl);
+  if (const std::string given = format->complete(*run.edl, arguments.format); !given.empty())
+    hint(given);
   const bool audio = !format->wants_audio || find_audio(*run.edl, host.media());
   if (!write_list(*format, *run.edl, arguments)) return exit_failed;
   const bool reports =

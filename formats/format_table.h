@@ -44,6 +44,12 @@ inline bool always_stated(std::string_view /*head*/) {
   return true;
 }
 std::vector<std::string> single_output(const std::string& path);
+inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
+  return {};
+}
+inline std::string no_remark(const CGenericEdl& /*exported*/) {
+  return {};
+}
 
 struct FormatRow {
   // As it is typed, as it is read, and the usual extensions with their point, in
@@ -72,6 +78,13 @@ struct FormatRow {
   // first, under the name that it really gets. What stands there before is kept
   // until the export has succeeded.
   std::vector<std::string> (*outputs)(const std::string& path) = single_output;
+  // Before an export: gives the edits of a list what the format asks for and the list
+  // does not say, as a workstation does that knows its sources. What was given, in a
+  // sentence; empty for nothing.
+  std::string (*complete)(CGenericEdl& root, const FormatOptions& options) = nothing_to_complete;
+  // After one that succeeded: what a person must know of the file, in a sentence that
+  // goes on behind "is written, but"; empty for nothing.
+  std::string (*remark)(const CGenericEdl& exported) = no_remark;
 };
 
 // Bytes of a file that detection looks at.

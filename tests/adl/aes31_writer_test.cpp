@@ -108,8 +108,8 @@ TEST_F(AdlExport, NameAndTitle) {
   EXPECT_EQ(title("no extension", "no extension"), "\"no extension\"");
   // Quotes of a title are not escaped.
   EXPECT_EQ(title("a\"b.adl", "a\"b.adl"), "\"a\"b\"");
-  EXPECT_EQ(adl_output_path(u".edl"), u".adl");
-  EXPECT_EQ(adl_output_path(u"edl"), u"edl");
+  EXPECT_EQ(adl::output_path(u".edl"), u".adl");
+  EXPECT_EQ(adl::output_path(u"edl"), u"edl");
 }
 
 TEST_F(AdlExport, AnswersWhetherItWasWritten) {
