@@ -1,10 +1,11 @@
 #include "adl/event_joins.h"
 
 #include <algorithm>
+#include <bit>
+#include <deque>
 #include <functional>
 #include <limits>
 #include <queue>
-#include <unordered_map>
 #include <vector>
 
 #include "core/sample_math.h"
@@ -15,6 +16,8 @@ namespace {
 
 using Event = CGenericEDLFileEntry;
 using Events = std::span<Event* const>;
+
+constexpr std::size_t no_place = std::numeric_limits<std::size_t>::max();
 
 // Butt splices
 
@@ -64,43 +67,78 @@ void join(Event& e, Event& f) {
   f.m_crossfade_in = 1;
 }
 
-// The places of events that may come in, by key. A join gives an event another key; it
-// is then entered once more, and what is left of it under the old one is passed over
-// when it comes up.
+// The places of events that may come in, by key, in an open table. A join gives an
+// event another key; it is then entered once more, and what is left of it under the old
+// one is passed over when it comes up.
 class Incoming {
  public:
-  Incoming(Events events, std::int64_t longest_fade) : m_events(events) {
-    m_places.reserve(events.size());
-    for (std::size_t place = 0; place < events.size(); ++place) {
-      if (events[place]->m_fade_in_length <= longest_fade) enter(place);
+  Incoming(Events events, std::int64_t longest_fade)
+      : m_events(events),
+        // No event is entered more than twice, so a third of the slots stays free.
+        m_slots(std::bit_ceil(events.size() * 3 + 1)),
+        m_next(events.size()) {
+    for (std::size_t place = events.size(); place-- > 0;) {
+      if (events[place]->m_fade_in_length > longest_fade) continue;
+      Slot& slot = used_slot_of(key_of_incoming(*events[place]));
+      m_next[place] = slot.first;
+      slot.first = place;
     }
   }
 
-  void enter(std::size_t place) { m_places[key_of_incoming(*m_events[place])].push(place); }
+  void enter_again(std::size_t place) {
+    Slot& slot = used_slot_of(key_of_incoming(*m_events[place]));
+    if (slot.late == nullptr) slot.late = &m_late.emplace_back();
+    slot.late->push(place);
+  }
 
-  // The first event with this key behind `place`; the count of events for none.
-  // Places must come in rising order.
+  // The first event with this key behind `place`; no_place for none. Places must come
+  // in rising order.
   std::size_t find(const JoinKey& key, std::size_t place) {
-    const auto at = m_places.find(key);
-    if (at == m_places.end()) return m_events.size();
-    Places& places = at->second;
-    while (!places.empty() &&
-           (places.top() <= place || !(key_of_incoming(*m_events[places.top()]) == key))) {
-      places.pop();
-    }
-    return places.empty() ? m_events.size() : places.top();
+    const auto is_done = [&](std::size_t other) {
+      return other <= place || !(key_of_incoming(*m_events[other]) == key);
+    };
+    Slot& slot = slot_of(key);
+    while (slot.first != no_place && is_done(slot.first))
+      slot.first = m_next[slot.first];
+    if (slot.late == nullptr) return slot.first;
+    while (!slot.late->empty() && is_done(slot.late->top()))
+      slot.late->pop();
+    return slot.late->empty() ? slot.first : std::min(slot.first, slot.late->top());
   }
 
  private:
-  using Places = std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>>;
+  using Heap = std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>>;
+  struct Slot {
+    JoinKey key = {};
+    bool is_used = false;
+    // A chain in rising order, and what was entered again.
+    std::size_t first = no_place;
+    Heap* late = nullptr;
+  };
+
+  // The slot of a key, or the free one where it would be.
+  Slot& slot_of(const JoinKey& key) {
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t at = JoinHash()(key) & mask;
+    while (m_slots[at].is_used && !(m_slots[at].key == key))
+      at = (at + 1) & mask;
+    return m_slots[at];
+  }
+  Slot& used_slot_of(const JoinKey& key) {
+    Slot& slot = slot_of(key);
+    slot.key = key;
+    slot.is_used = true;
+    return slot;
+  }
 
   Events m_events;
-  std::unordered_map<JoinKey, Places, JoinHash> m_places;
+  std::vector<Slot> m_slots;
+  // By place, the next of its chain.
+  std::vector<std::size_t> m_next;
+  std::deque<Heap> m_late;
 };
 
 // Overlaps
-
-constexpr std::size_t no_place = std::numeric_limits<std::size_t>::max();
 
 struct TrackRange {
   std::size_t first;
@@ -211,11 +249,11 @@ void convert_butt_splices(std::span<CGenericEDLFileEntry* const> events,
     Event& e = *events[place];
     if (e.m_fade_out_length > crossfade_length) continue;
     const std::size_t partner = incoming.find(key_of_outgoing(e), place);
-    if (partner == events.size()) continue;
+    if (partner == no_place) continue;
     Event& f = *events[partner];
     const JoinKey before = key_of_incoming(f);
     join(e, f);
-    if (!(key_of_incoming(f) == before)) incoming.enter(partner);
+    if (!(key_of_incoming(f) == before)) incoming.enter_again(partner);
   }
 }
 
