@@ -84,7 +84,7 @@ std::string why_not_exported(const FormatRow& format, const std::string& path, r
       return "the list does not fit the format " + title + ", so " + path + " is not written";
     case result::source_refused:
       return "a source of the list is of a kind that " + title + " cannot name, so " + path +
-             " is not written";
+             " is not written (--interchange lets every kind pass)";
     case result::not_sd2:
       return "a source of the list is no Sound Designer II file, as --sound-designer says, so " +
              path + " is not written";
