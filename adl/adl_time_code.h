@@ -44,9 +44,8 @@ inline constexpr std::int64_t invalid_time_code = std::numeric_limits<std::int64
 // which is a time of its own and no mark. So does a sample rate of 0.
 //
 // With drop frame, the numbers that are left out are counted from a minute that was
-// worked out without them, so many times read back earlier, by up to twice the number
-// of minutes since the last multiple of ten in frames. The correction adl_drop_frame
-// counts them exactly.
+// worked out without them, so three times in five read back two or four frames early.
+// The correction adl_drop_frame counts them exactly.
 //
 // A sample rate that the text has no character for is written as "!", which
 // parse_time_code refuses.
