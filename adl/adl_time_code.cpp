@@ -238,7 +238,7 @@ char frame_separator(std::int64_t samples, std::uint32_t rate, std::uint8_t fram
 void write(const Numbers& n, std::uint32_t rate, std::uint8_t frame_rate,
            wide_char (&out)[time_code_places]) {
   const char separator = frame_rate < frame_rate_marks.size() ? frame_rate_marks[frame_rate] : '.';
-  const int rate_index = sample_rate_index_of(rate);
+  const std::int8_t rate_index = sample_rate_index_of(rate);
   Line line(out);
   line.put_number(n.hours, 2);
   line.put(separator);

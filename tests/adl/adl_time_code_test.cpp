@@ -218,7 +218,7 @@ TEST(FormatTimeCode, PutsTheFrameRateIntoTheSeparators) {
       {"00|00|00.00/0000", nullptr},
       {"00-00-00.00/0000", nullptr},
   }};
-  for (std::uint8_t code = 0; code < of_zero_and_1920.size(); ++code) {
+  for (std::uint8_t code = 0; code < 7; ++code) {
     const auto& [zero, frame] = of_zero_and_1920[code];
     EXPECT_EQ(text_of(0, 48000, code), zero);
     if (frame != nullptr) {

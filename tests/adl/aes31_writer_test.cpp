@@ -1,8 +1,8 @@
 // Export of an audio decision list, to the byte.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
-#include <regex>
 
 #include "adl/interchanger_source_list.h"
 #include "adl/list_sections.h"
@@ -161,12 +161,19 @@ TEST_F(AdlExport, ARefusedListLeavesTheFileAsItWas) {
   EXPECT_FALSE(support::file_exists(folder.file("other.adl")));
 }
 
+// "x" stands for a hexadecimal digit in lower case.
+bool is_of_form(const std::string& text, std::string_view form) {
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char c, char place) {
+    return place == 'x' ? (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') : c == place;
+  });
+}
+
 TEST_F(AdlExport, EachHasAnIdentifierOfItsOwn) {
   const std::string first = line(written(), "(ADL_UID)          ");
   const std::string second = line(written(), "(ADL_UID)          ");
-  const std::regex form("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}");
-  EXPECT_TRUE(std::regex_match(first, form)) << first;
-  EXPECT_TRUE(std::regex_match(second, form)) << second;
+  constexpr std::string_view form = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+  EXPECT_TRUE(is_of_form(first, form)) << first;
+  EXPECT_TRUE(is_of_form(second, form)) << second;
   EXPECT_NE(first, second);
 }
 
