@@ -85,8 +85,7 @@ result_code CAES31File::export_edl(const wide_char* path, int /*option*/) {
 
 // The records of an earlier run go; kept, they would be written a second time.
 void CAES31File::collect_events() {
-  delete_all(m_sources);
-  delete_all(m_events);
+  clear_records();
   delete_all(m_automation);
   native::TrackFinder sources(m_sources);
   native::for_each_entry(list_or_none(get_generic_entry_list()), [&](CGenericEdlEntry& entry) {
