@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <compare>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -28,6 +29,8 @@ struct StartKey {
 // before any crossfade; an event that moves has been taken.
 class Starts {
  public:
+  static constexpr std::size_t no_row = std::numeric_limits<std::size_t>::max();
+
   explicit Starts(Events events) {
     for (std::size_t place = 0; place < events.size(); ++place) {
       const Event& event = *events[place];
@@ -39,15 +42,14 @@ class Starts {
     std::iota(m_next.begin(), m_next.end(), std::size_t{0});
   }
 
-  // The place of the first one with this key behind `place`, which is taken; the count
-  // of events is `none`.
-  std::size_t take(const StartKey& key, std::size_t place, std::size_t none) {
+  // The row of the first one with this key behind `place`; no_row for none.
+  std::size_t find(const StartKey& key, std::size_t place) {
     const auto at = std::upper_bound(m_rows.begin(), m_rows.end(), Row{key, place});
     const std::size_t row = first_left(static_cast<std::size_t>(at - m_rows.begin()));
-    if (row == m_rows.size() || m_rows[row].key != key) return none;
-    m_next[row] = row + 1;
-    return m_rows[row].place;
+    return row == m_rows.size() || m_rows[row].key != key ? no_row : row;
   }
+  [[nodiscard]] std::size_t place_of(std::size_t row) const { return m_rows[row].place; }
+  void take(std::size_t row) { m_next[row] = row + 1; }
 
  private:
   struct Row {
@@ -68,6 +70,34 @@ class Starts {
 
   std::vector<Row> m_rows;
   std::vector<std::size_t> m_next;
+};
+
+// Events that a crossfade has moved later, which a fade-out longer than its event does:
+// the latest start among the places of a stretch. Nothing is kept until there is one.
+class MovedLater {
+ public:
+  explicit MovedLater(std::size_t count) : m_count(count) {}
+
+  void set(std::size_t place, std::int64_t start) {
+    if (m_starts.empty()) m_starts.assign(m_count * 2, std::numeric_limits<std::int64_t>::min());
+    for (std::size_t node = place + m_count; node >= 1; node /= 2)
+      m_starts[node] = std::max(m_starts[node], start);
+  }
+  // Whether one of the places from `first` to in front of `end` starts behind `time`.
+  [[nodiscard]] bool any_behind(std::size_t first, std::size_t end, std::int64_t time) const {
+    if (m_starts.empty()) return false;
+    std::size_t low = first + m_count;
+    std::size_t high = end + m_count;
+    for (; low < high; low /= 2, high /= 2) {
+      if (low % 2 == 1 && m_starts[low++] > time) return true;
+      if (high % 2 == 1 && m_starts[--high] > time) return true;
+    }
+    return false;
+  }
+
+ private:
+  std::size_t m_count;
+  std::vector<std::int64_t> m_starts;
 };
 
 // The out-fade of the first event comes with a curve; the in-fade of the second is
@@ -112,22 +142,29 @@ void give_fade_in(Event& e, const FadeDefaults& defaults) {
 void reconcile_crossfades(std::span<CGenericEDLFileEntry* const> events,
                           const FadeDefaults& defaults) {
   Starts starts(events);
+  MovedLater moved(events.size());
   for (std::size_t place = 0; place < events.size(); ++place) {
     Event& e = *events[place];
     const StartKey end = {plus(e.m_dest_in, e.m_length), e.m_first_stream, e.m_stream_count};
     if (e.m_fade_in_length == time_not_given) give_fade_in(e, defaults);
     if (e.m_fade_out_length != time_not_given) continue;
-    const std::size_t partner = starts.take(end, place, events.size());
-    if (partner == events.size()) {
+    const std::size_t row = starts.find(end, place);
+    // The search for a partner ends at an event that starts later.
+    if (row == Starts::no_row || moved.any_behind(place + 1, starts.place_of(row), end.start)) {
       e.m_fade_out_length =
           std::min(defaults.crossfade_length, minus(e.m_length, e.m_fade_in_length));
       e.m_fade_out_curve = defaults.outfade_curve;
-    } else if (defaults.interchange) {
-      e.m_fade_out_length = 0;
-      events[partner]->m_fade_in_length = 0;
-    } else {
-      join(e, *events[partner], defaults);
+      continue;
     }
+    starts.take(row);
+    Event& f = *events[starts.place_of(row)];
+    if (defaults.interchange) {
+      e.m_fade_out_length = 0;
+      f.m_fade_in_length = 0;
+      continue;
+    }
+    join(e, f, defaults);
+    if (f.m_dest_in > end.start) moved.set(starts.place_of(row), f.m_dest_in);
   }
 }
 
