@@ -124,8 +124,9 @@ int convert(std::span<const FormatRow> rows, const Arguments& arguments,
   if (format == nullptr) return exit_usage;
   if (!are_writable(format->outputs(arguments.output))) return exit_failed;
   const ImportRun run = import_list(input, arguments);
+  const bool dropped = tell_of_import_report(*run.format, run.exit == exit_done, host.reports());
   if (run.exit != exit_done) return run.exit;
-  const bool losses = tell_of_losses(*format, *run.edl);
+  const bool losses = tell_of_losses(*format, *run.edl) || dropped;
   if (const std::string given = format->complete(*run.edl, arguments.format); !given.empty())
     hint(given);
   const bool audio = !format->wants_audio || find_audio(*run.edl, host.media());

@@ -96,6 +96,7 @@ FormatRow adl_row() {
   row.title = "AES31 audio decision list (ADL)";
   row.extensions = {".adl"};
   row.carries.automation = true;
+  row.report_means_loss = true;
   row.make = make;
   row.match = match;
   // Both stand in one time that no list may be without.

@@ -65,6 +65,8 @@ struct FormatRow {
   // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
   // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
   bool frame_rate_by_fcm = false;
+  // An import leaves a report only when it refused the list or dropped something of it.
+  bool report_means_loss = false;
   // Makes an object on `parent`'s lists, or a root for null.
   std::unique_ptr<CGenericEdl> (*make)(CGenericEdl* parent, int interactive,
                                        const FormatOptions& options) = nullptr;

@@ -159,6 +159,84 @@ TEST_F(Adl, SourcesThatHaveNoPlace) {
   EXPECT_THAT(read_file(out), HasSubstr("URL:file://localhost/C:/audio/odd.wav"));
 }
 
+TEST_F(Adl, AListComesBackAsItIs) {
+  write_file(in, dissolve_list);
+  const std::string first = written({"--project-title", "A Film"});
+  const std::string again = folder.file("again.adl");
+  const RunResult run = run_edlconv({"convert", "--project-title", "A Film", out, again});
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(run.err, "");
+  std::string second = read_file(again);
+  const std::string events = "    <SOURCE_INDEX>";
+  ASSERT_NE(second.find(events), std::string::npos);
+  EXPECT_EQ(second.substr(second.find(events)), first.substr(first.find(events)));
+}
+
+TEST_F(Adl, RatesComeFromTheList) {
+  written({});
+  const RunResult run = run_edlconv({"inspect", out});
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_THAT(run.out, HasSubstr("48000 Hz, 25 frames a second"));
+}
+
+TEST_F(Adl, FadesThatAListLeavesOut) {
+  write_file(out,
+             "<ADL> <VERSION> </VERSION> <PROJECT> </PROJECT>\n"
+             "<SEQUENCE> (SEQ_DEST_START) 00.00.00.00/0000 </SEQUENCE>\n"
+             "<SOURCE_INDEX> (Index) 1 (F) URL:file://localhost/a.wav _ </SOURCE_INDEX>\n"
+             "<EVENT_LIST> (Entry) 1 (Cut) I 1 1 1 00.00.01.00/0000 00.00.00.00/0000 "
+             "00.00.01.00/0000 R </EVENT_LIST> </ADL>\n");
+  const std::string again = folder.file("again.adl");
+  const RunResult run = run_edlconv({"convert", "--crossfade-length", "1920", "--infade-curve",
+                                     "33", "--outfade-curve", "34", out, again});
+  EXPECT_EQ(run.code, 0) << run.err;
+  const std::string list = read_file(again);
+  EXPECT_THAT(list, HasSubstr("(Infade) 00.00.00.01/0000  CURVE  -3.20  -1.50  -0.60\n"));
+  EXPECT_THAT(list, HasSubstr("(Outfade) 00.00.00.01/0000  CURVE  -0.6  -1.6  -3.4\n"));
+}
+
+TEST_F(Adl, CrossfadePolicy) {
+  write_file(out,
+             "<ADL> <VERSION> </VERSION> <PROJECT> </PROJECT>\n"
+             "<SYSTEM> (SYS_XFADE_LEN) 960 </SYSTEM>\n"
+             "<SEQUENCE> (SEQ_DEST_START) 00.00.00.00/0000 </SEQUENCE> </ADL>\n");
+  const std::string again = folder.file("again.adl");
+  const auto length = [&](const std::string& policy) {
+    run_edlconv({"convert", "--crossfade-length", "480", "--crossfade-policy", policy, out, again});
+    const std::string list = read_file(again);
+    const std::size_t at = list.find("(SYS_XFADE_LEN)    ") + 19;
+    return list.substr(at, list.find('\n', at) - at);
+  };
+  EXPECT_EQ(length("adopt"), "960");
+  EXPECT_EQ(length("keep"), "480");
+  // Nobody sits here to answer Yes.
+  EXPECT_EQ(length("ask"), "480");
+}
+
+TEST_F(Adl, RefusedListsSendToTheReport) {
+  write_file(out, "<ADL>\n<VERSION> </VERSION>\n</ADL>\n");
+  const std::string reports = folder.folder("reports");
+  const RunResult run = run_edlconv({"inspect", "--report-dir", reports, out});
+  EXPECT_EQ(run.code, 2);
+  EXPECT_THAT(run.err, HasSubstr("edlconv: report: " + reports + "/aes31importlog.view.htm\n"));
+  EXPECT_THAT(run.err, HasSubstr("the report says why"));
+}
+
+TEST_F(Adl, EventsThatAreDroppedAreTold) {
+  write_file(out,
+             "<ADL> <VERSION> </VERSION> <PROJECT> </PROJECT>\n"
+             "<SEQUENCE> (SEQ_DEST_START) 00.00.00.00/0000 </SEQUENCE>\n"
+             "<EVENT_LIST> (Entry) 1 (Cut) I 1 1 1 00.00.01.00/0000 00.00.00.00/0000 "
+             "00.00.01.00/0000 R </EVENT_LIST> </ADL>\n");
+  const std::string reports = folder.folder("reports");
+  const RunResult run =
+      run_edlconv({"convert", "--report-dir", reports, out, folder.file("again.adl")});
+  EXPECT_EQ(run.code, 4);
+  EXPECT_THAT(run.err, HasSubstr("edlconv: report: "));
+  EXPECT_THAT(run.err, HasSubstr("dropped"));
+}
+
 TEST_F(Adl, AFullDeviceIsTold) {
   if (!support::file_exists("/dev/full")) GTEST_SKIP() << "no /dev/full here";
   const RunResult run = run_edlconv(with_rates({"convert", "--to", "adl", in, "/dev/full"}));
