@@ -62,14 +62,17 @@ std::optional<Channels> parse_channel_range(Token token) {
   constexpr std::int64_t most = 2147483647;
   const std::size_t separator = token.find_first_of("~-");
   const Token first = token.substr(0, separator);
+  const bool is_range = separator != Token::npos;
+  const Token last = is_range ? token.substr(separator + 1) : Token();
+  // Of a range one end may be missing, but not both.
+  const auto may_be_number = [](Token end) { return end.empty() || all_digits(end); };
+  if (first.empty() && last.empty()) return std::nullopt;
+  if (!may_be_number(first) || !may_be_number(last)) return std::nullopt;
   Channels channels;
   channels.first = channel_number(first);
-  if (separator == Token::npos) return all_digits(first) ? std::optional(channels) : std::nullopt;
-  const Token last = token.substr(separator + 1);
-  const bool good = (first.empty() || all_digits(first)) && (last.empty() || all_digits(last)) &&
-                    token.size() > 1;
+  if (!is_range) return channels;
   const std::int64_t width = limited_number(last, most) - limited_number(first, most) + 1;
-  if (!good || width < 1 || width > 65535) return std::nullopt;
+  if (width < 1 || width > 65535) return std::nullopt;
   channels.count = static_cast<std::uint16_t>(width);
   channels.is_range = true;
   return channels;

@@ -329,6 +329,8 @@ TEST_F(Parsing, EntriesThatAreWrong) {
       {"(Cut) I 1 3~1", 24440},
       {"(Cut) I 1 ~", 24440},
       {"(Cut) I 1 1~70000", 24440},
+      {"(Cut) I 1 " + std::string(40, 'z'), 24440},
+      {"(Cut) I 1 " + std::string(40, '#') + "~1", 24440},
       {"(Cut) I 1 1", 24432},
       {"(Cut) I 1 1 x", 24441},
       {"(Cut) I 1 1 3~1", 24441},
