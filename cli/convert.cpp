@@ -101,6 +101,8 @@ bool write_list(const FormatRow& format, CGenericEdl& root, const Arguments& arg
   host().message_boxes().note_place(text_from_utf8(outputs.front()).c_str(), 0);
   if (!export_to(*edl, format, path, arguments.export_flag) || !guard.commit()) return false;
   if (outputs.front() != path) hint("the list is written as " + outputs.front());
+  if (const std::string remark = format.remark(*edl); !remark.empty())
+    warn(outputs.front() + " is written, but " + remark);
   return true;
 }
 
@@ -122,8 +124,11 @@ int convert(std::span<const FormatRow> rows, const Arguments& arguments,
   if (format == nullptr) return exit_usage;
   if (!are_writable(format->outputs(arguments.output))) return exit_failed;
   const ImportRun run = import_list(input, arguments);
+  const bool dropped = tell_of_import_report(*run.format, run.exit == exit_done, host.reports());
   if (run.exit != exit_done) return run.exit;
-  const bool losses = tell_of_losses(*format, *run.edl);
+  const bool losses = tell_of_losses(*format, *run.edl) || dropped;
+  if (const std::string given = format->complete(*run.edl, arguments.format); !given.empty())
+    hint(given);
   const bool audio = !format->wants_audio || find_audio(*run.edl, host.media());
   if (!write_list(*format, *run.edl, arguments)) return exit_failed;
   const bool reports =

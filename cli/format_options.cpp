@@ -111,7 +111,8 @@ void add_adl_options(CLI::App& command, Arguments& arguments) {
   embedded::EmbeddedOptions& host = arguments.host;
   const auto add = [](CLI::Option* option) { option->group(adl_group); };
   add(add_number_option(command, "--crossfade-length", host.crossfade_length,
-                        "Samples of a crossfade where the list gives none"));
+                        "Samples of a crossfade: where edits meet in a list that gives no length, "
+                        "for --butt-splices, and as the length that a list is written with"));
   add(add_number_option(command, "--infade-curve", host.infade_curve,
                         "Curve number of fade-ins where the list gives none"));
   add(add_number_option(command, "--outfade-curve", host.outfade_curve, "The same for fade-outs"));
@@ -124,14 +125,17 @@ void add_adl_options(CLI::App& command, Arguments& arguments) {
       "What becomes of a crossfade length that a list brings; adopt, the default, writes it "
       "out again"));
   add(command.add_flag("--butt-splices", host.butt_splices,
-                       "Write crossfades of the crossfade length as splices"));
-  add(command.add_option("--project-title", host.project_title, "Title to write")
+                       "Write crossfades of up to the crossfade length as edits that meet, which "
+                       "a reader makes crossfades again"));
+  add(command.add_option("--project-title", host.project_title, "Title of the project to write")
           ->type_name("TEXT"));
   add(command.add_flag("--sound-designer", arguments.format.adl_sound_designer,
-                       "The sources are Sound Designer II files"));
+                       "The sources are Sound Designer II files: reads and writes \".sd2\""));
   add(command.add_flag("--interchange", arguments.format.adl_interchange,
-                       "The sources belong to an interchange job"));
-  add(command.add_flag("--aiff", arguments.format.adl_aiff, "Write sources as \".aif\""));
+                       "The sources belong to an interchange job: writes sources of every kind, "
+                       "reads \".omf\", and makes no crossfades where edits meet"));
+  add(command.add_flag("--aiff", arguments.format.adl_aiff,
+                       "Write the names of sources with \".aif\" in place of \".wav\""));
 }
 
 void add_aaf_options(CLI::App& command, embedded::EmbeddedOptions& host) {

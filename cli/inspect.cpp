@@ -36,11 +36,12 @@ int inspect(std::span<const FormatRow> rows, const Arguments& arguments,
   const bool shown = arguments.json ? put_list_json(run, host.boxes())
                                     : run.exit != exit_done ||
                                           put_list_table(*run.format, *run.edl, screen_columns());
+  const bool losses = tell_of_import_report(*run.format, run.exit == exit_done, host.reports());
   if (!shown) return exit_failed;
   if (run.exit != exit_done) return run.exit;
   const bool reports =
       tell_of_reports(host.boxes(), run.edl->skipped_count(), arguments.input + " is read");
-  return reports ? exit_incomplete : exit_done;
+  return reports || losses ? exit_incomplete : exit_done;
 }
 
 }  // namespace cli

@@ -77,6 +77,17 @@ bool tell_of_reports(const embedded::EmbeddedBoxes& boxes, unsigned skipped,
   return skipped > 0 || reports > 0 || stopped;
 }
 
+bool tell_of_import_report(const FormatRow& format, bool was_read,
+                           const embedded::EmbeddedViewer& reports) {
+  if (!format.report_means_loss || reports.reports().empty()) return false;
+  if (was_read) {
+    warn("not all of the list could be read; the report says what was dropped");
+  } else {
+    hint("the report says why");
+  }
+  return true;
+}
+
 std::string why_not_exported(const FormatRow& format, const std::string& path, result_code code) {
   const std::string title(format.title);
   switch (code) {
@@ -84,7 +95,7 @@ std::string why_not_exported(const FormatRow& format, const std::string& path, r
       return "the list does not fit the format " + title + ", so " + path + " is not written";
     case result::source_refused:
       return "a source of the list is of a kind that " + title + " cannot name, so " + path +
-             " is not written";
+             " is not written (--interchange lets every kind pass)";
     case result::not_sd2:
       return "a source of the list is no Sound Designer II file, as --sound-designer says, so " +
              path + " is not written";

@@ -6,6 +6,7 @@
 
 #include "core/generic_edl.h"
 #include "embedded/boxes.h"
+#include "embedded/viewer.h"
 #include "formats/format_table.h"
 
 namespace cli {
@@ -19,6 +20,11 @@ bool tell_of_losses(const FormatRow& format, const CGenericEdl& edl);
 // beginning, such as "out.edl is written". Whether there was any.
 bool tell_of_reports(const embedded::EmbeddedBoxes& boxes, unsigned skipped,
                      const std::string& done);
+
+// Sends a person to the report of an import, when there is one that tells of faults.
+// Whether there was any.
+bool tell_of_import_report(const FormatRow& format, bool was_read,
+                           const embedded::EmbeddedViewer& reports);
 
 // Why an export that ended with this code was not done. May leave an empty file at
 // the path.

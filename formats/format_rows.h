@@ -3,6 +3,7 @@
 
 #include "formats/format_table.h"
 
+FormatRow adl_row();
 FormatRow cmx340_row();
 FormatRow cmx3600_row();
 FormatRow edl2_row();

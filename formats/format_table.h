@@ -44,6 +44,12 @@ inline bool always_stated(std::string_view /*head*/) {
   return true;
 }
 std::vector<std::string> single_output(const std::string& path);
+inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
+  return {};
+}
+inline std::string no_remark(const CGenericEdl& /*exported*/) {
+  return {};
+}
 
 struct FormatRow {
   // As it is typed, as it is read, and the usual extensions with their point, in
@@ -59,6 +65,8 @@ struct FormatRow {
   // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
   // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
   bool frame_rate_by_fcm = false;
+  // An import leaves a report only when it refused the list or dropped something of it.
+  bool report_means_loss = false;
   // Makes an object on `parent`'s lists, or a root for null.
   std::unique_ptr<CGenericEdl> (*make)(CGenericEdl* parent, int interactive,
                                        const FormatOptions& options) = nullptr;
@@ -72,6 +80,13 @@ struct FormatRow {
   // first, under the name that it really gets. What stands there before is kept
   // until the export has succeeded.
   std::vector<std::string> (*outputs)(const std::string& path) = single_output;
+  // Before an export: gives the edits of a list what the format asks for and the list
+  // does not say, as a workstation does that knows its sources. What was given, in a
+  // sentence; empty for nothing.
+  std::string (*complete)(CGenericEdl& root, const FormatOptions& options) = nothing_to_complete;
+  // After one that succeeded: what a person must know of the file, in a sentence that
+  // goes on behind "is written, but"; empty for nothing.
+  std::string (*remark)(const CGenericEdl& exported) = no_remark;
 };
 
 // Bytes of a file that detection looks at.

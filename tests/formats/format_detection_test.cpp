@@ -197,6 +197,17 @@ TEST(DetectFormat, RowsThatOnlyWriteAreNotFound) {
   EXPECT_EQ(format_for_output(rows, "x.a"), nullptr);
 }
 
+TEST(DetectFormat, AudioDecisionListsByTheirTag) {
+  EXPECT_EQ(detected("<ADL>\n<VERSION>", "film.txt"), "adl");
+  EXPECT_EQ(detected(" \r\n\t<adl> x", "film.edl"), "adl");
+  EXPECT_EQ(detected("/* of a workstation */\n<ADL>\n", "film.txt"), "adl");
+  EXPECT_EQ(detected("<ADLS> <ADL/>", "film.txt"), "none");
+  EXPECT_EQ(detected("words", "film.adl"), "adl");
+  // A list of another kind may speak of the tag.
+  EXPECT_EQ(detected(std::string("TITLE: <ADL> FORMAT: CMX 340 2-Ch\n") + plain_event, "film.edl"),
+            "cmx340");
+}
+
 TEST(FormatForOutput, FirstRowWithTheExtension) {
   EXPECT_EQ(format_for_output(format_table(), "b.edl")->name, "cmx3600");
   EXPECT_EQ(format_for_output(format_table(), "b.CMX")->name, "cmx340");

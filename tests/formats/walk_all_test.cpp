@@ -85,6 +85,8 @@ constexpr WalkCase walk_cases[] = {
     {"edl2", lost_event_numbers | lost_reels | lost_source_reel_names | lost_paths | lost_video |
                  lost_locators | lost_automation},
     {"chunked", lost_event_numbers | lost_video},
+    // Levels have two decimals of a dB.
+    {"adl", lost_event_numbers | lost_reels | lost_gains | lost_video | lost_locators | lost_pq},
     {"tally", (lost_by_line_lists & ~lost_event_numbers) | lost_stereo | lost_fades},
 };
 

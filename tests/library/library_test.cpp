@@ -108,7 +108,9 @@ TEST(Library, ExportsAllFunctionsAndFormatsThatAreMarked) {
   const Marked marked = marked_names();
   EXPECT_TRUE(marked.functions.contains("EDLConversionDLLInitialise"));
   EXPECT_TRUE(marked.functions.contains("EDLConversionDLLWindup"));
+  EXPECT_TRUE(marked.functions.contains("GetInterchangerSourceList"));
   EXPECT_TRUE(marked.formats.contains("CCMXEdl"));
+  EXPECT_TRUE(marked.formats.contains("CAES31File"));
   std::set<std::string> owners;
   std::set<std::string> constructed;
   for (const std::string& name : exported_names()) {
@@ -122,6 +124,18 @@ TEST(Library, ExportsAllFunctionsAndFormatsThatAreMarked) {
     EXPECT_TRUE(owners.contains(object)) << object;
   for (const std::string& format : marked.formats)
     EXPECT_TRUE(constructed.contains(format)) << format;
+}
+
+// A host numbers the sources of an interchange job through these.
+TEST(Library, ExportsTheOperationsOfTheSourceList) {
+  const std::vector<std::string> names = exported_names();
+  for (const char* const operation :
+       {"GetInterchangerSourceList()", "CInterchangerSourceList::CInterchangerSourceList()",
+        "CInterchangerSourceList::AddSource(CAudCnt*, short, int)",
+        "CInterchangerSourceList::GetSourceIndex(CAudCnt*)",
+        "CInterchangerSourceList::ChangeSource(CAudCnt*, CAudCnt*)"}) {
+    EXPECT_NE(std::find(names.begin(), names.end(), operation), names.end()) << operation;
+  }
 }
 
 TEST(Library, NeedsTheStandardLibraryAlone) {
