@@ -244,16 +244,3 @@ std::uint32_t CGenericEdl::track_id(unsigned stream) const {
 void CGenericEdl::set_track_id(unsigned stream, std::uint32_t id) {
   if (stream < track_ids_.size()) track_ids_[stream] = id;
 }
-
-TimeBase CGenericEdl::time_base() const {
-  const CGenericEdl* const top = root();
-  return {sample_rate_index_ == rate_not_set ? top->sample_rate_index_ : sample_rate_index_,
-          frame_rate_ == rate_not_set ? top->frame_rate_ : frame_rate_, time_format_};
-}
-
-const CGenericEdl* CGenericEdl::root() const {
-  const CGenericEdl* top = this;
-  while (top->parent_ != nullptr)
-    top = top->parent_;
-  return top;
-}

@@ -17,6 +17,7 @@
 #include "host/framework/ob_list.h"
 #include "host/framework/object.h"
 #include "host/framework/string.h"
+#include "host/rates.h"
 #include "host/text.h"
 
 class CGenericEdlEntry;
@@ -117,7 +118,11 @@ class EDL_API CGenericEdl : public CObject {
                                          int event_kind);
 
   // This object's rates; where one is not set, the root's.
-  [[nodiscard]] TimeBase time_base() const;
+  [[nodiscard]] TimeBase time_base() const {
+    const CGenericEdl* const top = root();
+    return {sample_rate_index_ == rate_not_set ? top->sample_rate_index_ : sample_rate_index_,
+            frame_rate_ == rate_not_set ? top->frame_rate_ : frame_rate_, time_format_};
+  }
   [[nodiscard]] std::uint8_t frame_rate() const { return frame_rate_; }
   [[nodiscard]] std::uint8_t sample_rate_index() const { return sample_rate_index_; }
   [[nodiscard]] std::uint8_t original_frame_rate() const { return original_frame_rate_; }
@@ -134,7 +139,12 @@ class EDL_API CGenericEdl : public CObject {
   CString source_name;
 
  protected:
-  [[nodiscard]] const CGenericEdl* root() const;
+  [[nodiscard]] const CGenericEdl* root() const {
+    const CGenericEdl* top = this;
+    while (top->parent_ != nullptr)
+      top = top->parent_;
+    return top;
+  }
   void set_original_frame_rate(unsigned char rate) { original_frame_rate_ = rate; }
   void count_skipped_line() { ++skipped_count_; }
   void set_output_incomplete(int incomplete) { output_incomplete_ = incomplete; }

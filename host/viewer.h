@@ -22,3 +22,7 @@ class EDL_API Viewer {
   // 0 for a 12-hour clock, 1 for a 24-hour clock.
   [[nodiscard]] virtual int clock_form() = 0;
 };
+
+// What a person is told of an answer of Viewer::open; null for 33 and above, and for an
+// answer that has no words.
+[[nodiscard]] EDL_API const wide_char* viewer_refusal(int answer);

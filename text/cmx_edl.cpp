@@ -43,7 +43,7 @@ std::u16string_view channel_token(const wide_char* event) {
 template <class Entry>
 void take_head(LineCursor& line, Entry& entry) {
   const std::u16string_view number = line.next();
-  if (!number.empty() && all_digits(number)) entry.event_number = event_number_value(number);
+  if (all_digits(number)) entry.event_number = event_number_value(number);
   std::u16string_view reel = line.next();
   if (reel.empty()) return;
   if (reel.size() >= long_reel) reel = u"N/A";
@@ -166,7 +166,7 @@ void CCMXEdl::apply_channels(const int (&flags)[4], unsigned mode, CGenericEdlEn
 }
 
 void CCMXEdl::parse_transition_length(CGenericEdlEntry* entry, std::u16string_view token) {
-  if (token.empty() || !all_digits(token)) return;
+  if (!all_digits(token)) return;
   entry->fade_in_length = frames_to_samples(digits_value(token));
   entry->fade_out_length = 0;
 }

@@ -1,5 +1,6 @@
 // Markers of a cut to black, which become fade-outs of the edit before them.
 #include <memory>
+#include <unordered_set>
 
 #include "core/generic_edl_entry.h"
 #include "text/cmx_edl.h"
@@ -29,7 +30,12 @@ bool is_marker(const CGenericEdlEntry& entry) {
 
 class BlackFold {
  public:
-  explicit BlackFold(CObList& list) : list_(list), unindexed_(list.GetHeadPosition()) {}
+  explicit BlackFold(CObList& list) : list_(list), unindexed_(list.GetHeadPosition()) {
+    for (POSITION at = list.GetHeadPosition(); at != nullptr; at = next_of(list, at)) {
+      const CGenericEdlEntry& entry = *entry_at(list, at);
+      if (is_marker(entry)) marker_starts_.insert(entry.dest_in);
+    }
+  }
 
   void run() {
     POSITION at = list_.GetHeadPosition();
@@ -68,7 +74,8 @@ class BlackFold {
 
   void index_up_to(POSITION end) {
     for (; unindexed_ != end; unindexed_ = next_of(list_, unindexed_)) {
-      ends_.add(entry_at(list_, unindexed_));
+      CGenericEdlEntry* const entry = entry_at(list_, unindexed_);
+      if (marker_starts_.contains(entry->dest_out)) ends_.add(entry);
     }
   }
 
@@ -79,8 +86,11 @@ class BlackFold {
   }
 
   CObList& list_;
+  // Where markers stand. Only an edit that ends at one is ever looked for, and no entry
+  // ahead of the walk becomes a marker.
+  std::unordered_set<std::int64_t> marker_starts_;
   text::EndIndex ends_;
-  // The first node that is not in the index; all before it are.
+  // The first node that the walk has not passed to the index.
   POSITION unindexed_;
 };
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -29,23 +28,28 @@ class EndIndex {
   using Key = std::pair<unsigned short, std::int64_t>;
   // An entry with its place in the list.
   using Passed = std::pair<std::size_t, CGenericEdlEntry*>;
-  // A heap, the last one passed on top: an entry that ran on may come to stand before
-  // any number of others.
-  using Ends = std::vector<Passed>;
-
-  struct Hash {
-    std::size_t operator()(const Key& key) const {
-      const auto mixed =
-          (static_cast<std::uint64_t>(key.second) * 64 + key.first) * 0x9E3779B97F4A7C15ULL;
-      return static_cast<std::size_t>(mixed ^ (mixed >> 32));
-    }
+  // One key's entries. Nearly always there is one, so only others go to a heap of their
+  // own, the last one passed on top: an entry that ran on may come to stand before any
+  // number of others.
+  struct Slot {
+    Key key;
+    bool used = false;
+    std::uint32_t others = none;
+    Passed last{};
   };
+  static constexpr std::uint32_t none = UINT32_MAX;
 
   static Key key_of(const CGenericEdlEntry& entry) { return {entry.get_stream(0), entry.dest_out}; }
 
+  // Where the key stands or would stand. The table must have room.
+  [[nodiscard]] std::size_t place_of(const Key& key) const;
+  void grow();
   void put(const Passed& passed);
 
-  std::unordered_map<Key, Ends, Hash> ends_;
+  // Open addressing, at most half full; its size is a power of two, or 0.
+  std::vector<Slot> slots_;
+  std::size_t used_ = 0;
+  std::vector<std::vector<Passed>> heaps_;
   std::size_t count_ = 0;
 };
 

@@ -11,6 +11,11 @@ constexpr bool parts_words(wide_char c) {
   return c == u' ' || c == u'\t' || c == u'\n';
 }
 
+// Whether a word does; NUL ends a terminated line.
+constexpr bool goes_on(wide_char c) {
+  return c > u' ' || (c != u'\0' && !parts_words(c));
+}
+
 }  // namespace
 
 std::size_t leading_space(std::u16string_view text) {
@@ -52,11 +57,22 @@ std::uint16_t event_number_value(std::u16string_view text) {
   return static_cast<std::uint16_t>(digits_value(text));
 }
 
-std::u16string_view LineCursor::peek() {
-  while (!ended(at_) && parts_words(*at_))
-    ++at_;
-  std::size_t length = 0;
-  while (length < longest_token && !ended(at_ + length) && !parts_words(at_[length]))
-    ++length;
-  return {at_, length};
+void LineCursor::find_word() {
+  const wide_char* begin = at_;
+  while (begin != end_ && parts_words(*begin))
+    ++begin;
+  at_ = begin;
+  const wide_char* const limit =
+      end_ == nullptr ? nullptr
+                      : begin + std::min(static_cast<std::size_t>(end_ - begin), longest_token);
+  const wide_char* at = begin;
+  if (limit == nullptr) {
+    while (goes_on(*at) && static_cast<std::size_t>(at - begin) < longest_token)
+      ++at;
+  } else {
+    while (at != limit && goes_on(*at))
+      ++at;
+  }
+  length_ = static_cast<std::size_t>(at - begin);
+  peeked_ = true;
 }

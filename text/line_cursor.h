@@ -55,10 +55,14 @@ class EDL_API LineCursor {
   std::u16string_view next() {
     const std::u16string_view token = peek();
     at_ += token.size();
+    peeked_ = false;
     return token;
   }
   // The same without passing it; the space in front of it is passed.
-  std::u16string_view peek();
+  std::u16string_view peek() {
+    if (!peeked_) find_word();
+    return {at_, length_};
+  }
   [[nodiscard]] std::u16string_view rest() const {
     return {at_, end_ == nullptr ? text_length(at_) : static_cast<std::size_t>(end_ - at_)};
   }
@@ -66,9 +70,12 @@ class EDL_API LineCursor {
   [[nodiscard]] const wide_char* at() const { return at_; }
 
  private:
-  [[nodiscard]] bool ended(const wide_char* at) const { return at == end_ || *at == u'\0'; }
+  // Moves to the next word and measures it.
+  void find_word();
 
   const wide_char* at_;
   // Null for a line that ends at its terminator.
   const wide_char* end_ = nullptr;
+  std::size_t length_ = 0;
+  bool peeked_ = false;
 };

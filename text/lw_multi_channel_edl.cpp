@@ -104,7 +104,7 @@ result_code CLWMultiChannelEdl::parse_channels(CGenericEdlEntry* entry, std::u16
 
 void CLWMultiChannelEdl::parse_transition_length(CGenericEdlEntry* entry,
                                                  std::u16string_view token) {
-  if (token.empty() || !all_digits(token)) return;
+  if (!all_digits(token)) return;
   entry->fade_in_length = frames_to_samples(digits_value(token));
   entry->fade_out_length = settings().default_fade_length;
 }
@@ -113,7 +113,7 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
                                             int* skip) {
   LineCursor line(text);
   const std::u16string_view number = line.next();
-  if (!number.empty() && all_digits(number)) entry->event_number = event_number_value(number);
+  if (all_digits(number)) entry->event_number = event_number_value(number);
   if (const std::u16string_view reel = line.next(); !reel.empty()) {
     wide_char name[reel_column_size];
     set_field(name, reel);
@@ -123,8 +123,8 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
   if (parse_channels(entry, line.next(), skip) != result::line_good) return result::line_bad;
   const std::u16string_view transition = line.next();
   if (transition.starts_with(u'C')) entry->transition_type = transition_cut;
-  if (transition.starts_with(u'D')) {
-    entry->transition_type = transition_dissolve;
+  if (transition.starts_with(u'D')) entry->transition_type = transition_dissolve;
+  if (entry->transition_type == transition_dissolve) {
     parse_transition_length(entry, line.next());
   } else {
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;

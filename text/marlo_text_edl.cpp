@@ -98,7 +98,7 @@ void take_channels(std::u16string_view word, CGenericEdlEntry& entry) {
 // Channel, name, "1,2", fades, level and source reel. `line` stands at the channel.
 void take_second_line(LineCursor line, CGenericEdlEntry& entry) {
   const std::u16string_view channel = line.next();
-  if (channel.empty() || !all_digits(channel)) return;
+  if (!all_digits(channel)) return;
   for (int i = 0; i < entry.no_streams; ++i) {
     entry.set_stream(i, static_cast<std::uint16_t>(digits_value(channel) - 1 + i));
   }
@@ -203,7 +203,7 @@ result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char*
     return result::not_done;
   }
   line.next();
-  if (!first.empty() && all_digits(first)) entry->event_number = event_number_value(first);
+  if (all_digits(first)) entry->event_number = event_number_value(first);
   if (const std::u16string_view reel = line.next(); !reel.empty()) {
     entry->set_reel_name(WordText(reel));
   }

@@ -54,7 +54,7 @@ void take_seconds_and_frames(const CTextEdl& edl, std::u16string_view word,
       !all_digits(word.substr(3))) {
     return;
   }
-  entry.fade_in_length = plus(seconds_in_samples(edl, digits_value(word)),
+  entry.fade_in_length = plus(seconds_in_samples(edl, digits_value(word.substr(0, 2))),
                               edl.frames_to_samples(digits_value(word.substr(3))));
   entry.fade_out_length = edl.settings().default_fade_length;
 }

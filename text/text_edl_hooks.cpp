@@ -12,8 +12,6 @@ namespace {
 constexpr std::u16string_view dump_reel = u"900";
 constexpr std::u16string_view dump_format = u"Multitrack Audio";
 
-// Four runs of nine digits with their separators are all that counts of a time.
-
 // The file's name without its folder and extension. Folders end at "\\" or "/".
 std::u16string_view title_of(std::u16string_view path) {
   const std::size_t folder = path.find_last_of(u"\\/");

@@ -1,5 +1,5 @@
-// CMX import and export, the list operations of the line formats, and a floor under
-// the import. Run: build/bench/bench/text/cmx_bench
+// CMX import and export, folding and splitting, and a floor under the import. Run:
+// build/bench/bench/text/cmx_bench
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -12,7 +12,6 @@
 #include "bench/text/cmx_generator.h"
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
-#include "core/generic_reel.h"
 #include "host/text.h"
 #include "text/cmx_edl.h"
 
@@ -136,60 +135,11 @@ void operation(benchmark::State& state, Operation run) {
   count_events(state);
 }
 
-void sort_by_dest_in(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) { edl.sort_by_dest_in(); });
-}
-void sort_generic_list(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) { edl.sort_generic_list(); });
-}
-void merge(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) { edl.merge_into_n_channel_entries(); });
-}
 void fold_crossfades(benchmark::State& state) {
   operation(state, [](CCMXEdl& edl) { edl.fold_crossfades(); });
 }
-void offset_edl(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) { edl.offset_edl(0, 2); });
-}
-void min_max_channels(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) {
-    unsigned short low = 65535;
-    unsigned short high = 0;
-    edl.get_min_max_channels(&low, &high);
-    benchmark::DoNotOptimize(high);
-  });
-}
-void check_reel_frame_rates(benchmark::State& state) {
-  operation(state, [](CCMXEdl& edl) {
-    edl.find_or_add_reel(u"R001")->set_frame_rate(4);
-    edl.check_reel_frame_rates();
-  });
-}
 void split_for_export(benchmark::State& state) {
   operation(state, [](CCMXEdl& edl) { edl.split_for_export(); });
-}
-void traceback(benchmark::State& state) {
-  const ListFile file(static_cast<std::size_t>(state.range(0)));
-  const auto edl = imported(file, false);
-  // Another list without overlaps, as a reel is made from one.
-  CGenericEdl source;
-  prepare(source, false);
-  for (std::int64_t i = 0; i < state.range(0); ++i) {
-    auto* const entry = new CGenericEdlEntry(&source);
-    entry->dest_in = i * 8000;
-    entry->dest_out = entry->dest_in + 8000;
-    entry->source_in = 0;
-    entry->source_out = 8000;
-    source.get_generic_entry_list()->AddTail(entry);
-  }
-  for (auto _ : state) {
-    CObList out;
-    edl->traceback(&out, &source, edl->find_or_add_reel(u"R001"), 2);
-    state.PauseTiming();
-    delete_all(out);
-    state.ResumeTiming();
-  }
-  count_events(state);
 }
 
 // The largest size of the process, held against what the records and the file take.
@@ -219,12 +169,5 @@ BENCHMARK(floor_of_import)->SIZES;
 BENCHMARK_CAPTURE(import, plain, false)->SIZES;
 BENCHMARK_CAPTURE(import, merge_and_fold, true)->SIZES;
 BENCHMARK(export_with_fades)->SIZES;
-BENCHMARK(sort_generic_list)->SIZES;
-BENCHMARK(sort_by_dest_in)->SIZES;
-BENCHMARK(merge)->SIZES;
-BENCHMARK(fold_crossfades)->SIZES;
-BENCHMARK(split_for_export)->SIZES;
-BENCHMARK(offset_edl)->SIZES;
-BENCHMARK(min_max_channels)->SIZES;
-BENCHMARK(check_reel_frame_rates)->SIZES;
-BENCHMARK(traceback)->SIZES;
+BENCHMARK(fold_crossfades)->SIZES->Iterations(3);
+BENCHMARK(split_for_export)->SIZES->Iterations(3);

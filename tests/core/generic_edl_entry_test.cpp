@@ -423,6 +423,8 @@ TEST_F(GenericEdlEntry, LongReelNamesAreFoundByTheirLastBlank) {
   EXPECT_TRUE(is_long(u"ABCDEFGHI"));
   EXPECT_FALSE(is_long(u"ABCDEFGH"));
   EXPECT_FALSE(is_long(u"AB CDEFGHI"));
+  EXPECT_FALSE(is_long(u"A CDEFGHIJ"));
+  EXPECT_TRUE(is_long(u" BCDEFGHIJ")) << "the first character is not looked at";
   EXPECT_TRUE(is_long(u"ABCDEFGHI J"));
   EXPECT_FALSE(is_long(u""));
 }

@@ -129,6 +129,15 @@ TEST_F(CmxTest, ALengthThatIsNoNumberChangesNothing) {
   }
 }
 
+TEST_F(CmxTest, AMissingLengthIsNone) {
+  // An empty word has no character that is no digit, so it counts as 0 frames.
+  settings.default_fade_length = 96;
+  const CGenericEdlEntry& entry = only_entry("001  R1 A D\n");
+  EXPECT_EQ(entry.transition_type, 51U);
+  EXPECT_EQ(entry.fade_in_length, 0);
+  EXPECT_EQ(entry.fade_out_length, 0);
+}
+
 TEST_F(CmxTest, AHugeLengthIsHalvedToFit) {
   // The digits count as 2147483647 frames, far above the source length.
   const CGenericEdlEntry& entry = only_entry("001  R1 A D 99999999999999999999999 " + times + "\n");

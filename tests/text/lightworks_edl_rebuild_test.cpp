@@ -225,6 +225,42 @@ TEST_F(LightworksRebuild, EditsThatMeetAtDefaultFadesOverlap) {
   EXPECT_TRUE(support::has_times(*entries[2], {96000, 144000, 0, 48000}));
 }
 
+// One sample in front of the second edit is enough; half the fade is taken all the same.
+TEST_F(LightworksRebuild, AnOverlapMayBeginBeforeItsSource) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.default_fade_length = 240;
+  edl_.set_edl_conversion_settings(&settings);
+  TableLine second;
+  second.edit_in = "00001.000000";
+  second.edit_out = "00002.000000";
+  second.source_in = "00000.000021";
+  second.source_out = "00001.000021";
+  const auto entries = rebuilt(TableLine().text() + second.text());
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_TRUE(support::has_times(*entries[0], {0, 48120, 0, 48120}));
+  EXPECT_TRUE(support::has_times(*entries[1], {47880, 96000, -119, 48001}));
+  EXPECT_EQ(entries[1]->fade_in_length, 240);
+}
+
+TEST_F(LightworksRebuild, EditsThatMeetAtTheStartDoNotOverlap) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.default_fade_length = 240;
+  edl_.set_edl_conversion_settings(&settings);
+  // An edit of no length at 0 ends where the next one begins.
+  TableLine first;
+  first.edit_out = first.source_out = "00000.000000";
+  TableLine second;
+  second.source_in = "00005.000000";
+  second.source_out = "00006.000000";
+  const auto entries = rebuilt(first.text() + second.text());
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0]->fade_in_length, 240);
+  EXPECT_EQ(entries[0]->fade_out_length, 0);
+  EXPECT_EQ(entries[1]->fade_in_length, 0);
+  EXPECT_EQ(entries[1]->fade_out_length, 240);
+  EXPECT_TRUE(support::has_times(*entries[1], {0, 48000, 240000, 288000}));
+}
+
 // The rules as they are told, on plain values: for each entry, try the one behind it
 // until they do not fit.
 struct Plain {

@@ -97,6 +97,7 @@ TEST_F(Lightworks, PlainLine) {
   EXPECT_EQ(streams_of(only()), Streams{0});
   EXPECT_EQ(only().first_channel, 2);
   EXPECT_EQ(only().no_channels, 1);
+  EXPECT_EQ(only().channel_offset, 0);
   EXPECT_EQ(only().level_in, 1.0F);
   EXPECT_EQ(only().level_out, 0.5F);
   EXPECT_EQ(only().gain_left, 1.0F);
@@ -218,6 +219,14 @@ TEST_F(Lightworks, LengthsAreMadeToAgree) {
   EXPECT_TRUE(support::has_times(only(), {0, 432000, 0, 432000}));
   EXPECT_EQ(only().original_dest_out, 480000);
   EXPECT_TRUE(reports().empty());
+  // Ten seconds at 5 s play nine of a source that begins at 2 s.
+  CLightworksEdl later(nullptr, 0);
+  line.edit_in = "00005.000000";
+  line.edit_out = "00015.000000";
+  line.source_in = "00002.000000";
+  line.source_out = "00011.000000";
+  EXPECT_EQ(read(later, lightworks_head + line.text()), 100);
+  EXPECT_TRUE(support::has_times(*entries_of(later).at(0), {240000, 672000, 96000, 528000}));
 }
 
 TEST_F(Lightworks, BlackLines) {
@@ -270,6 +279,20 @@ TEST_F(Lightworks, VideoLines) {
   // Whatever else stands there reads as a picture line without columns.
   EXPECT_EQ(video(2).transition_type, 11U);
   EXPECT_EQ(video(2).gain, 0.0F);
+  // The shorter length counts here too: four seconds of source in five.
+  CLightworksEdl lengths(nullptr, 0);
+  TableLine longer{"V01"};
+  longer.edit_in = "00002.000000";
+  longer.edit_out = "00007.000000";
+  longer.source_in = "00010.000000";
+  longer.source_out = "00014.000000";
+  EXPECT_EQ(read(lengths, lightworks_head + longer.text()), 100);
+  const auto& agreed =
+      *static_cast<const CGenericEdlVideoEntry*>(lengths.get_video_list()->GetHead());
+  EXPECT_EQ(agreed.dest_in, 96000);
+  EXPECT_EQ(agreed.dest_out, 288000);
+  EXPECT_EQ(agreed.source_in, 480000);
+  EXPECT_EQ(agreed.source_out, 672000);
   EXPECT_EQ(reports(), (Texts{"[22255]", "[22255]"}));
 }
 

@@ -229,6 +229,28 @@ TEST_F(LightworksWrite, OverlapIsMarkedInBothEdits) {
   EXPECT_EQ(entries[1]->fade_in_length, 100);
 }
 
+// The overlap is exact however late it lies, and itself cut to single precision.
+TEST_F(LightworksWrite, OverlapIsTheDifferenceInSinglePrecision) {
+  // At ten hours single precision counts in steps of 128 samples.
+  const std::int64_t late = std::int64_t{36000} * 48000 + 1;
+  support::add_entry(root_, {.dest_in = late, .dest_out = late + 1000, .source_out = 1000});
+  support::add_entry(root_, {.dest_in = late + 900, .dest_out = late + 1900, .source_out = 1000});
+  auto entries = entries_of(root_);
+  EXPECT_EQ(codes_of(table()), (Codes{"CO", "DO", "DI", "CI"}));
+  EXPECT_EQ(entries[0]->fade_out_length, 100);
+  EXPECT_EQ(entries[1]->fade_in_length, 100);
+  // 2^24 + 1 is not a number of single precision; 2^24 is the even neighbour.
+  clear();
+  support::add_entry(root_, {.dest_out = 20000000, .source_out = 20000000});
+  support::add_entry(root_, {.dest_in = 20000000 - 16777217,
+                             .dest_out = 40000000,
+                             .source_out = 40000000 - 20000000 + 16777217});
+  entries = entries_of(root_);
+  EXPECT_EQ(codes_of(table()), (Codes{"CO", "DO", "DI", "CI"}));
+  EXPECT_EQ(entries[0]->fade_out_length, 16777216);
+  EXPECT_EQ(entries[1]->fade_in_length, 16777216);
+}
+
 TEST_F(LightworksWrite, EditBetweenTwoOverlapsHasBothFades) {
   add_overlapping(root_, 3, 100);
   EXPECT_EQ(codes_of(table()), (Codes{"CO", "DO", "DI", "CB", "DO", "DI", "CI"}));
@@ -277,6 +299,14 @@ TEST_F(LightworksWrite, CutThatLeavesNothingIsPutBack) {
   const auto entries = entries_of(root_);
   EXPECT_TRUE(support::has_times(*entries[0], {990, 1000, 0, 10}));
   EXPECT_TRUE(support::has_times(*entries[1], {500, 5000, 500, 5000}));
+  // The second edit lies inside the first, which ends 4900 samples behind its start.
+  clear();
+  support::add_entry(root_, {.dest_in = 0, .dest_out = 5000, .source_in = 0, .source_out = 5000});
+  support::add_entry(root_, {.dest_in = 100, .dest_out = 1000, .source_in = 0, .source_out = 900});
+  table();
+  const auto inner = entries_of(root_);
+  EXPECT_TRUE(support::has_times(*inner[0], {0, 2550, 0, 2550}));
+  EXPECT_TRUE(support::has_times(*inner[1], {100, 1000, 0, 900}));
 }
 
 TEST_F(LightworksWrite, EachStreamIsAMonoLine) {

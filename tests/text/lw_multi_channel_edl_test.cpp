@@ -175,6 +175,34 @@ TEST_F(MultiChannel, Transitions) {
   EXPECT_EQ(entry_of("K"), Fades(0, 480, 480));
 }
 
+// An empty word has no character that is no digit, so it counts as 0.
+TEST_F(MultiChannel, MissingWordsCountAsNumbers) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.default_fade_length = 480;
+  edl_.set_edl_conversion_settings(&settings);
+  EXPECT_EQ(import("001 R A1 D\n"), 100);
+  EXPECT_EQ(only().transition_type, 51U);
+  EXPECT_EQ(only().fade_in_length, 0);
+  EXPECT_EQ(only().fade_out_length, 480);
+  CGenericEdlEntry entry(&edl_);
+  int skip = 0;
+  EXPECT_EQ(edl_.parse_event(&entry, u"", &skip), 92);
+  EXPECT_EQ(entry.event_number, 0);
+}
+
+// A letter that is neither "C" nor "D" leaves the transition that the entry has.
+TEST_F(MultiChannel, OtherLettersLeaveTheTransition) {
+  CGenericEdlEntry entry(&edl_);
+  support::set_rates(edl_);
+  entry.transition_type = 51;
+  int skip = 0;
+  const std::u16string line = u"001 R A1 K 024 00:00:01:00 00:00:02:00 00:00:03:00 00:00:04:00";
+  EXPECT_EQ(edl_.parse_event(&entry, line.c_str(), &skip), 90);
+  EXPECT_EQ(entry.transition_type, 51U);
+  EXPECT_EQ(entry.fade_in_length, 46080);
+  EXPECT_TRUE(support::has_times(entry, {144000, 192000, 48000, 96000}));
+}
+
 // A wipe has no meaning here: its number and length are read as times.
 TEST_F(MultiChannel, WipeShiftsTheTimes) {
   EXPECT_EQ(import("001 R A1 W001 025" + times_of_x + "\n"), 100);
@@ -251,6 +279,26 @@ TEST_F(MultiChannel, MonoPairsAreMergedWhenAsked) {
   EXPECT_EQ(read(merging, lines), 100);
   ASSERT_EQ(entries_of(merging).size(), 1U);
   EXPECT_EQ(streams_of(*entries_of(merging).at(0)), (Streams{0, 1}));
+}
+
+// Merging sorts first, so that edits which meet in time need not be neighbours in the
+// file, and the crossfades are those of the stereo edits.
+TEST_F(MultiChannel, MergedEditsAreFoldedIntoCrossfades) {
+  EDL_CONVERSION_SETTINGS settings;
+  settings.lw_multichannel_merge_channels = 1;
+  settings.default_fade_length = 480;
+  edl_.set_edl_conversion_settings(&settings);
+  EXPECT_EQ(import("001 R A1 C 00:01:00:00 00:01:01:00 00:00:01:00 00:00:02:00\n"
+                   "002 R A1 C 00:02:00:00 00:02:01:00 00:00:02:00 00:00:03:00\n"
+                   "003 R A2 C 00:01:00:00 00:01:01:00 00:00:01:00 00:00:02:00\n"
+                   "004 R A2 C 00:02:00:00 00:02:01:00 00:00:02:00 00:00:03:00\n"),
+            100);
+  const auto entries = entries_of(edl_);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(streams_of(*entries[0]), (Streams{0, 1}));
+  EXPECT_TRUE(support::has_times(*entries[0], {48000, 96240, 2880000, 2928240}));
+  EXPECT_TRUE(support::has_times(*entries[1], {95760, 144000, 5759760, 5808000}));
+  EXPECT_EQ(entries[1]->original_dest_in, 96000);
 }
 
 TEST_F(MultiChannel, WhatCannotBeReadOrWritten) {

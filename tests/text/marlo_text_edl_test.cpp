@@ -73,6 +73,12 @@ TEST_F(NativeText, HeadByRates) {
   }
 }
 
+TEST_F(NativeText, RatesBehindTheLastAreUnknown) {
+  CGenericEdl root;
+  support::set_rates(root, 15, 5);
+  EXPECT_EQ(written<CMarloTextEdl>(root), magic + "FRAME RATE=UNKNOWN\nSAMPLE RATE=UNKNOWN\n\n");
+}
+
 TEST_F(NativeText, BothLines) {
   CGenericEdlEntry& x = add_x(u"KICK DRM");
   x.fade_in_length = 1920;
@@ -221,6 +227,7 @@ TEST_F(NativeText, ChannelWords) {
     const CGenericEdlEntry& entry = *entries_of(edl).at(0);
     EXPECT_EQ(entry.no_channels, entry.no_streams);
     EXPECT_EQ(entry.reel->no_streams, entry.no_streams);
+    EXPECT_EQ(entry.channel_offset, 0);
     return streams_of(entry);
   };
   EXPECT_EQ(streams("1"), Streams{0});
@@ -319,6 +326,15 @@ TEST_F(NativeText, LinesOfOtherKinds) {
   EXPECT_EQ(import(head + "words\n" + std::string(1000, 'w') + "\n900 900 900\n"), 100);
   EXPECT_EQ(entries_of(edl_).size(), 3U);
   EXPECT_TRUE(reports().empty());
+}
+
+// Signs in front of a line are blanked, and a line of signs alone is an edit whose
+// number is the empty word, which counts as 0.
+TEST_F(NativeText, LineOfSignsIsAnEditOfNumber0) {
+  EXPECT_EQ(import(head + "***\n"), 100);
+  EXPECT_EQ(only().event_number, 0);
+  EXPECT_EQ(streams_of(only()), Streams{65535});
+  EXPECT_EQ(only().dest_out, 0);
 }
 
 TEST_F(NativeText, WhatCannotBeWritten) {

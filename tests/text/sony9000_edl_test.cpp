@@ -96,6 +96,10 @@ TEST_F(Sony, TransitionColumn) {
   EXPECT_EQ(column(119040, 0, 50), "C         ");
   // 61 minutes: three and more digits of seconds.
   EXPECT_EQ(column(std::int64_t{3660} * 48000, 0, 51), "D   3660:00   ");
+  // Above 2^24 samples single precision holds even numbers alone. 350 seconds and 1919
+  // samples are 16801919, half way to 16801920, which is a multiple of four: a frame.
+  EXPECT_EQ(column(16801919, 0, 51), "D   350:01   ");
+  EXPECT_EQ(column(16801917, 0, 51), "D   350:00   ");
 }
 
 TEST_F(Sony, TransitionLength) {

@@ -754,6 +754,8 @@ TEST_F(TextEdlTest, ARefusedWriteIsTold) {
   const support::FaultyFiles faults(FileFaults::Operation::write, 1, ENOSPC);
   EXPECT_EQ(edl.export_edl(folder.wide_file("b.edl"), 0), 101);
   EXPECT_NE(edl.output_incomplete(), 0);
+  EXPECT_EQ(edl.export_edl(folder.wide_file("no/such/b.edl"), 0), 0);
+  EXPECT_EQ(edl.output_incomplete(), 0) << "that was another export";
 }
 
 class TitleTest : public TextEdlTest {

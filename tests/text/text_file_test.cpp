@@ -232,6 +232,14 @@ TEST_F(TextFileTest, WordsIntoABuffer) {
   EXPECT_EQ(std::u16string(word, 4), std::u16string(u"I\0\0x", 4));
   EXPECT_EQ(file.next_word(word, 3, 1), 0);
   EXPECT_EQ(std::u16string(word, 4), std::u16string(u"\0\0\0x", 4));
+
+  open(file, "A B");
+  ASSERT_EQ(file.get_line(), 1);
+  wide_char used[4] = {u'x', u'x', u'x', u'x'};
+  EXPECT_EQ(file.next_word(used, 3, 0), 1);
+  EXPECT_EQ(std::u16string(used, 4), std::u16string(u"A\0xx", 4)) << "the rest stays";
+  EXPECT_EQ(file.next_word(used, 3, 1), 1);
+  EXPECT_EQ(std::u16string(used, 4), std::u16string(u"B\0\0x", 4));
 }
 
 TEST_F(TextFileTest, ALineStartsItsWordsAnew) {
@@ -254,6 +262,7 @@ TEST_F(TextFileTest, ALineOf250CharactersFits) {
   EXPECT_EQ(file.add_text(std::u16string(251, u'd')), 0);
   EXPECT_NE(file.add_text(u""), 0);
   EXPECT_EQ(file.flush_line(), 101);
+  EXPECT_EQ(file.line()[0], u'\0');
   EXPECT_EQ(file.flush_line(), 101) << "an empty line writes nothing";
   EXPECT_NE(file.add_text(std::u16string(250, u'e')), 0) << "flushing empties the buffer";
   EXPECT_EQ(file.flush_line(), 101);
