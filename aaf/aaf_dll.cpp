@@ -69,8 +69,10 @@ HRESULT result_of_system_error(std::uint32_t error) {
   return code > 0 ? static_cast<HRESULT>(0x80070000U | (error & 0xFFFFU)) : code;
 }
 
+// The type alone is taken from the published declaration: naming the function itself would
+// ask the linker for it.
 template <class Function, class... Arguments>
-HRESULT forward(AAFDLL::Entry entry, Function* /*declared*/, Arguments... arguments) {
+HRESULT forward(AAFDLL::Entry entry, Arguments... arguments) {
   AAFDLL* library = nullptr;
   const HRESULT loaded = ensure_aaf_library(&library);
   if (loaded < 0) return loaded;
@@ -170,84 +172,87 @@ HRESULT ensure_aaf_library(AAFDLL** instance) {
 
 HRESULT AAFDLL::AAFFileOpenExistingRead(aafCharacter_constptr name, aafUInt32 flags,
                                         IAAFFile** file) {
-  return forward(file_open_existing_read, &::AAFFileOpenExistingRead, name, flags, file);
+  return forward<decltype(::AAFFileOpenExistingRead)>(file_open_existing_read, name, flags, file);
 }
 
 HRESULT AAFDLL::AAFFileOpenExistingModify(aafCharacter_constptr name, aafUInt32 flags,
                                           aafProductIdentification_t* product, IAAFFile** file) {
-  return forward(file_open_existing_modify, &::AAFFileOpenExistingModify, name, flags, product,
-                 file);
+  return forward<decltype(::AAFFileOpenExistingModify)>(file_open_existing_modify, name, flags,
+                                                        product, file);
 }
 
 HRESULT AAFDLL::AAFFileOpenNewModify(aafCharacter_constptr name, aafUInt32 flags,
                                      aafProductIdentification_t* product, IAAFFile** file) {
-  return forward(file_open_new_modify, &::AAFFileOpenNewModify, name, flags, product, file);
+  return forward<decltype(::AAFFileOpenNewModify)>(file_open_new_modify, name, flags, product,
+                                                   file);
 }
 
 HRESULT AAFDLL::AAFFileOpenNewModifyEx(aafCharacter_constptr name, aafUID_constptr kind,
                                        aafUInt32 flags, aafProductIdentification_t* product,
                                        IAAFFile** file) {
-  return forward(file_open_new_modify_ex, &::AAFFileOpenNewModifyEx, name, kind, flags, product,
-                 file);
+  return forward<decltype(::AAFFileOpenNewModifyEx)>(file_open_new_modify_ex, name, kind, flags,
+                                                     product, file);
 }
 
 HRESULT AAFDLL::AAFFileOpenTransient(aafProductIdentification_t* product, IAAFFile** file) {
-  return forward(file_open_transient, &::AAFFileOpenTransient, product, file);
+  return forward<decltype(::AAFFileOpenTransient)>(file_open_transient, product, file);
 }
 
 HRESULT AAFDLL::AAFFileIsAAFFile(aafCharacter_constptr name, aafUID_t* kind, aafBool* is_aaf) {
-  const HRESULT result = forward(file_is_aaf_file, &::AAFFileIsAAFFile, name, kind, is_aaf);
+  const HRESULT result =
+      forward<decltype(::AAFFileIsAAFFile)>(file_is_aaf_file, name, kind, is_aaf);
   return result == aaf_result::not_implemented ? aaf_result::not_offered : result;
 }
 
 HRESULT AAFDLL::AAFRawStorageIsAAFFile(IAAFRawStorage* storage, aafUID_t* kind, aafBool* is_aaf) {
-  return forward(raw_storage_is_aaf_file, &::AAFRawStorageIsAAFFile, storage, kind, is_aaf);
+  return forward<decltype(::AAFRawStorageIsAAFFile)>(raw_storage_is_aaf_file, storage, kind,
+                                                     is_aaf);
 }
 
 HRESULT AAFDLL::AAFFileIsAAFFileKind(aafCharacter_constptr name, aafUID_constptr kind,
                                      aafBool* is_aaf) {
-  return forward(file_is_aaf_file_kind, &::AAFFileIsAAFFileKind, name, kind, is_aaf);
+  return forward<decltype(::AAFFileIsAAFFileKind)>(file_is_aaf_file_kind, name, kind, is_aaf);
 }
 
 HRESULT AAFDLL::AAFRawStorageIsAAFFileKind(IAAFRawStorage* storage, aafUID_constptr kind,
                                            aafBool* is_aaf) {
-  return forward(raw_storage_is_aaf_file_kind, &::AAFRawStorageIsAAFFileKind, storage, kind,
-                 is_aaf);
+  return forward<decltype(::AAFRawStorageIsAAFFileKind)>(raw_storage_is_aaf_file_kind, storage,
+                                                         kind, is_aaf);
 }
 
 HRESULT AAFDLL::AAFGetPluginManager(IAAFPluginManager** manager) {
-  return forward(get_plugin_manager, &::AAFGetPluginManager, manager);
+  return forward<decltype(::AAFGetPluginManager)>(get_plugin_manager, manager);
 }
 
 HRESULT AAFDLL::AAFCreateRawStorageMemory(aafFileAccess_t access, IAAFRawStorage** storage) {
-  return forward(create_raw_storage_memory, &::AAFCreateRawStorageMemory, access, storage);
+  return forward<decltype(::AAFCreateRawStorageMemory)>(create_raw_storage_memory, access, storage);
 }
 
 HRESULT AAFDLL::AAFCreateRawStorageDisk(aafCharacter_constptr name, aafFileExistence_t existence,
                                         aafFileAccess_t access, IAAFRawStorage** storage) {
-  return forward(create_raw_storage_disk, &::AAFCreateRawStorageDisk, name, existence, access,
-                 storage);
+  return forward<decltype(::AAFCreateRawStorageDisk)>(create_raw_storage_disk, name, existence,
+                                                      access, storage);
 }
 
 HRESULT AAFDLL::AAFCreateRawStorageCachedDisk(aafCharacter_constptr name,
                                               aafFileExistence_t existence, aafFileAccess_t access,
                                               aafUInt32 pages, aafUInt32 page_size,
                                               IAAFRawStorage** storage) {
-  return forward(create_raw_storage_cached_disk, &::AAFCreateRawStorageCachedDisk, name, existence,
-                 access, pages, page_size, storage);
+  return forward<decltype(::AAFCreateRawStorageCachedDisk)>(
+      create_raw_storage_cached_disk, name, existence, access, pages, page_size, storage);
 }
 
 HRESULT AAFDLL::AAFCreateRawStorageCached(IAAFRawStorage* under, aafUInt32 pages,
                                           aafUInt32 page_size, IAAFRawStorage** storage) {
-  return forward(create_raw_storage_cached, &::AAFCreateRawStorageCached, under, pages, page_size,
-                 storage);
+  return forward<decltype(::AAFCreateRawStorageCached)>(create_raw_storage_cached, under, pages,
+                                                        page_size, storage);
 }
 
 HRESULT AAFDLL::AAFCreateRawStorageCached2(IAAFRawStorage* under, aafUInt32 pages,
                                            aafUInt32 page_size, IAAFCachePageAllocator* allocator,
                                            IAAFRawStorage** storage) {
-  return forward(create_raw_storage_cached2, &::AAFCreateRawStorageCached2, under, pages, page_size,
-                 allocator, storage);
+  return forward<decltype(::AAFCreateRawStorageCached2)>(create_raw_storage_cached2, under, pages,
+                                                         page_size, allocator, storage);
 }
 
 HRESULT AAFDLL::AAFCreateAAFFileOnRawStorage(IAAFRawStorage* storage, aafFileExistence_t existence,
@@ -255,38 +260,38 @@ HRESULT AAFDLL::AAFCreateAAFFileOnRawStorage(IAAFRawStorage* storage, aafFileExi
                                              aafUInt32 flags,
                                              aafProductIdentification_constptr product,
                                              IAAFFile** file) {
-  return forward(create_aaf_file_on_raw_storage, &::AAFCreateAAFFileOnRawStorage, storage,
-                 existence, access, kind, flags, product, file);
+  return forward<decltype(::AAFCreateAAFFileOnRawStorage)>(
+      create_aaf_file_on_raw_storage, storage, existence, access, kind, flags, product, file);
 }
 
 HRESULT AAFDLL::AAFSetProgressCallback(IAAFProgress* progress) {
-  return forward(set_progress_callback, &::AAFSetProgressCallback, progress);
+  return forward<decltype(::AAFSetProgressCallback)>(set_progress_callback, progress);
 }
 
 HRESULT AAFDLL::AAFGetFileEncodings(IEnumAAFFileEncodings** encodings) {
-  return forward(get_file_encodings, &::AAFGetFileEncodings, encodings);
+  return forward<decltype(::AAFGetFileEncodings)>(get_file_encodings, encodings);
 }
 
 HRESULT AAFDLL::AAFSetDiagnosticOutput(IAAFDiagnosticOutput* output) {
-  return forward(set_diagnostic_output, &::AAFSetDiagnosticOutput, output);
+  return forward<decltype(::AAFSetDiagnosticOutput)>(set_diagnostic_output, output);
 }
 
 HRESULT AAFDLL::AAFGetLibraryVersion(aafProductVersion_t* version) {
-  return forward(get_library_version, &::AAFGetLibraryVersion, version);
+  return forward<decltype(::AAFGetLibraryVersion)>(get_library_version, version);
 }
 
 HRESULT AAFDLL::AAFGetLibraryPathNameBufLen(aafUInt32* bytes) {
-  return forward(get_library_path_name_buf_len, &::AAFGetLibraryPathNameBufLen, bytes);
+  return forward<decltype(::AAFGetLibraryPathNameBufLen)>(get_library_path_name_buf_len, bytes);
 }
 
 HRESULT AAFDLL::AAFGetLibraryPathName(aafCharacter* name, aafUInt32 bytes) {
-  return forward(get_library_path_name, &::AAFGetLibraryPathName, name, bytes);
+  return forward<decltype(::AAFGetLibraryPathName)>(get_library_path_name, name, bytes);
 }
 
 HRESULT AAFDLL::AAFResultToTextBufLen(AAFRESULT result, aafUInt32* bytes) {
-  return forward(result_to_text_buf_len, &::AAFResultToTextBufLen, result, bytes);
+  return forward<decltype(::AAFResultToTextBufLen)>(result_to_text_buf_len, result, bytes);
 }
 
 HRESULT AAFDLL::AAFResultToText(AAFRESULT result, aafCharacter* text, aafUInt32 bytes) {
-  return forward(result_to_text, &::AAFResultToText, result, text, bytes);
+  return forward<decltype(::AAFResultToText)>(result_to_text, result, text, bytes);
 }
