@@ -523,11 +523,15 @@ std::int32_t tell_tree(const std::string& utf8_path, TreeSink& sink) {
   AafRef<IAAFFile> file;
   HRESULT result = AAFDLL::AAFFileOpenExistingRead(path.c_str(), 0, file.put());
   if (result < 0) return result;
-  AafRef<IAAFHeader> header;
-  result = file->GetHeader(header.put());
-  if (result >= 0) Walk(sink).object(header.get());
-  header.reset();
+  result = tell_tree_of(*file.get(), sink);
   static_cast<void>(file->Close());
+  return result;
+}
+
+std::int32_t tell_tree_of(IAAFFile& file, TreeSink& sink) {
+  AafRef<IAAFHeader> header;
+  const HRESULT result = file.GetHeader(header.put());
+  if (result >= 0) Walk(sink).object(header.get());
   return result;
 }
 

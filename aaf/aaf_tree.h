@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "aafobj/api/aaf_forward.h"
 #include "host/api.h"
 
 namespace aaf {
@@ -47,5 +48,8 @@ class EDL_API TreeSink {
 // told, when it cannot be opened as an AAF file at all; otherwise 0, and what could not be
 // read is told as faults. A tree deeper than any real one is cut there with a fault.
 [[nodiscard]] EDL_API std::int32_t tell_tree(const std::string& utf8_path, TreeSink& sink);
+
+// The same of a file that is open. The caller closes it.
+[[nodiscard]] EDL_API std::int32_t tell_tree_of(IAAFFile& file, TreeSink& sink);
 
 }  // namespace aaf
