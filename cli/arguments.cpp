@@ -159,6 +159,13 @@ void add_input_options(CLI::App& command, Arguments& arguments) {
       ->group(group);
 }
 
+void add_aaf_options(CLI::App& command, Arguments& arguments) {
+  command
+      .add_option("--aaf-library", arguments.aaf_library,
+                  "The AAF object library to use in place of the one that comes along")
+      ->type_name("PATH");
+}
+
 void add_host_options(CLI::App& command, Arguments& arguments) {
   add_report_options(command, arguments.host);
   add_rule_options(command, arguments.host);

@@ -31,6 +31,8 @@ struct Arguments {
   std::string to;
   std::string input;
   std::string output;
+  // Empty: the one that lies beside the program or that the system finds.
+  std::string aaf_library;
   // Rate indices.
   std::optional<std::uint8_t> sample_rate;
   std::optional<std::uint8_t> frame_rate;
@@ -42,9 +44,10 @@ struct Arguments {
 // The settings with their channel map, which lives in `arguments`.
 [[nodiscard]] EDL_CONVERSION_SETTINGS conversion_settings(const Arguments& arguments);
 
-// Options of reading a list, of the host, of the formats, and of writing a list. The
-// parsed values go into `arguments`, which must outlive the parsing.
+// Options of reading a list, of the AAF library, of the host, of the formats, and of writing a
+// list. The parsed values go into `arguments`, which must outlive the parsing.
 void add_input_options(CLI::App& command, Arguments& arguments);
+void add_aaf_options(CLI::App& command, Arguments& arguments);
 void add_host_options(CLI::App& command, Arguments& arguments);
 void add_format_options(CLI::App& command, Arguments& arguments);
 void add_output_options(CLI::App& command, Arguments& arguments);

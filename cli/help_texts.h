@@ -9,7 +9,8 @@ inline constexpr const char* program_description =
     "  edlconv convert film.edl film.adl        read one list and write it as another\n"
     "  edlconv convert --to cmx340 in.edl out   the same, with the format named\n"
     "  edlconv inspect film.edl                 show what a list holds\n"
-    "  edlconv formats                          list the formats\n";
+    "  edlconv formats                          list the formats\n"
+    "  edlconv aaf-dump film.aaf                show every object of an AAF file\n";
 
 inline constexpr const char* program_footer =
     "\"edlconv COMMAND --help\" tells all options of a command.\n\n"
@@ -19,6 +20,7 @@ inline constexpr const char* program_footer =
 
 inline constexpr const char* convert_summary = "Read one list and write it as another";
 inline constexpr const char* inspect_summary = "Show what a list holds";
+inline constexpr const char* aaf_dump_summary = "Show every object of an AAF file";
 inline constexpr const char* formats_summary = "List the formats";
 
 inline constexpr const char* convert_lesson =
@@ -42,6 +44,16 @@ inline constexpr const char* inspect_lesson =
     "Show what a list holds.\n\n"
     "  edlconv inspect reel2.edl            a table of its records\n"
     "  edlconv inspect --json reel2.edl     every field, as docs/inspect_json.md tells";
+
+inline constexpr const char* aaf_dump_lesson =
+    "Show every object of an AAF file.\n\n"
+    "  edlconv aaf-dump film.aaf            the whole tree, a line for each value\n"
+    "  edlconv aaf-dump film.aaf | grep -n 'CANNOT BE READ'\n"
+    "      What is broken in a damaged file; what can be read is shown round it.\n"
+    "  edlconv aaf-dump --json film.aaf     the same as JSON, as docs/aaf_dump.md tells\n\n"
+    "Objects stand under the property that holds them, with the properties of their class by\n"
+    "name. \"->\" refers to an object that stands elsewhere. Essence is told by its size. A class\n"
+    "or property that neither the published model nor the file gives a name has its identifier.";
 
 inline constexpr const char* formats_lesson =
     "List the formats: the names that --from and --to take.";

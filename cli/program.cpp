@@ -3,6 +3,8 @@
 #include <exception>
 #include <new>
 
+#include "aaf/aaf_dll.h"
+#include "aaf/aaf_tree.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/exit_codes.h"
@@ -25,6 +27,7 @@ class Session {
     opened_ = EDLConversionDLLInitialise(edl_conversion_version) == 0;
   }
   ~Session() {
+    static_cast<void>(unload_aaf_library());
     if (opened_) EDLConversionDLLWindup();
     set_host(nullptr);
   }
@@ -43,6 +46,7 @@ struct Commands {
   CLI::App* convert;
   CLI::App* inspect;
   CLI::App* formats;
+  CLI::App* aaf_dump;
 };
 
 Commands add_commands(CLI::App& app, Arguments& arguments) {
@@ -58,6 +62,13 @@ Commands add_commands(CLI::App& app, Arguments& arguments) {
     add_format_options(*command, arguments);
     command->footer(format_footer);
   }
+  commands.aaf_dump = app.add_subcommand("aaf-dump", aaf_dump_summary);
+  commands.aaf_dump->add_option("FILE", arguments.input, "The AAF file")
+      ->required()
+      ->type_name(" ");
+  commands.aaf_dump->add_flag("--json", arguments.json, "As one JSON object");
+  for (CLI::App* const command : {commands.convert, commands.inspect, commands.aaf_dump})
+    add_aaf_options(*command, arguments);
   commands.formats = app.add_subcommand("formats", formats_summary);
   commands.formats->add_flag("--json", arguments.json, "As JSON");
   return commands;
@@ -80,6 +91,7 @@ class HelpFormatter final : public CLI::Formatter {
 void teach(const Commands& commands) {
   if (commands.convert->parsed()) commands.convert->description(convert_lesson);
   if (commands.inspect->parsed()) commands.inspect->description(inspect_lesson);
+  if (commands.aaf_dump->parsed()) commands.aaf_dump->description(aaf_dump_lesson);
   if (commands.formats->parsed()) commands.formats->description(formats_lesson);
 }
 
@@ -91,6 +103,17 @@ std::string usage_message(const CLI::App* app, const CLI::Error& error) {
          " --help\" tells more\n";
 }
 
+// False, with the reason told, when the library that the person names cannot be used. With
+// none named it is loaded when it is needed.
+bool use_aaf_library(const std::string& path) {
+  if (path.empty()) return true;
+  const CString name(text_from_utf8(path));
+  const HRESULT result = load_aaf_library(name);
+  if (result == 0) return true;
+  tell(path + ": cannot be used as the AAF object library: " + aaf::result_words(result));
+  return false;
+}
+
 int run_command(std::span<const FormatRow> rows, const Commands& commands,
                 const Arguments& arguments) {
   if (commands.formats->parsed()) return list_formats(rows, arguments.json);
@@ -99,6 +122,8 @@ int run_command(std::span<const FormatRow> rows, const Commands& commands,
     tell("the conversion library is of another version");
     return exit_failed;
   }
+  if (!use_aaf_library(arguments.aaf_library)) return exit_failed;
+  if (commands.aaf_dump->parsed()) return dump_aaf(arguments);
   return commands.convert->parsed() ? convert(rows, arguments, session.host())
                                     : inspect(rows, arguments, session.host());
 }

@@ -50,6 +50,8 @@ HRESULT read_value(StoredObject& object, std::uint16_t pid, StoredForm form, Val
     case StoredForm::weak_set:
       return object.get_weak_list(pid, value.targets);
     case StoredForm::data_stream:
+      value.stream_owner = &object;
+      value.stream_pid = pid;
       return AAFRESULT_SUCCESS;
     default: {
       std::span<const std::byte> bytes;

@@ -25,9 +25,12 @@ class ValueObject final : public Adds<ComObject, IAAFPropertyValue> {
   const std::shared_ptr<FileSession>& shared_session() const { return m_session; }
   const TypeDef& type() const { return *m_type; }
 
-  std::vector<std::byte> bytes;        // in stored form
-  std::vector<StoredObject*> objects;  // of strong references; not owned
-  std::vector<WeakTarget> targets;     // of weak references
+  std::vector<std::byte> bytes;          // in stored form
+  std::vector<StoredObject*> objects;    // of strong references; not owned
+  std::vector<WeakTarget> targets;       // of weak references
+  StoredObject* stream_owner = nullptr;  // of a stream: where it is; not owned
+  std::uint16_t stream_pid = 0;
+  std::uint64_t stream_position = 0;
 
   HRESULT GetType(IAAFTypeDef** ppTypeDef) override;
   HRESULT IsDefinedType(aafBoolean_t* pIsDefined) override;

@@ -682,16 +682,69 @@ class CharacterType final : public Adds<TypeObject, IAAFTypeDefCharacter> {
  public:
   using Adds::Adds;
 
+  HRESULT GetCharacter(IAAFPropertyValue* pCharacterValue, aafCharacter* pCharacter) override {
+    if (!pCharacter) return AAFRESULT_NULL_PARAM;
+    return value_to_memory(*this, pCharacterValue, reinterpret_cast<aafMemPtr_t>(pCharacter),
+                           sizeof(aafCharacter));
+  }
+
  private:
   ~CharacterType() override = default;
 };
 
+// Streams can be read through their property; essence is written by way of its codec.
 class StreamType final : public Adds<TypeObject, IAAFTypeDefStream> {
  public:
   using Adds::Adds;
 
+  HRESULT GetSize(IAAFPropertyValue* pStreamPropertyValue, aafInt64* pSize) override {
+    if (!pSize) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    Stream stream;
+    if (const HRESULT r = open(pStreamPropertyValue, value, stream); r < 0) return r;
+    *pSize = static_cast<aafInt64>(stream.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetPosition(IAAFPropertyValue* pStreamPropertyValue, aafInt64* pPosition) override {
+    if (!pPosition) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pStreamPropertyValue, value); r < 0) return r;
+    *pPosition = static_cast<aafInt64>(value->stream_position);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT SetPosition(IAAFPropertyValue* pStreamPropertyValue, aafInt64 newPosition) override {
+    ValueObject* value = nullptr;
+    Stream stream;
+    if (const HRESULT r = open(pStreamPropertyValue, value, stream); r < 0) return r;
+    if (newPosition < 0 || static_cast<std::uint64_t>(newPosition) > stream.size()) {
+      return AAFRESULT_INVALID_PARAM;
+    }
+    value->stream_position = static_cast<std::uint64_t>(newPosition);
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT Read(IAAFPropertyValue* pStreamPropertyValue, aafUInt32 dataSize, aafMemPtr_t pData,
+               aafUInt32* bytesRead) override {
+    if (!pData || !bytesRead) return AAFRESULT_NULL_PARAM;
+    *bytesRead = 0;
+    ValueObject* value = nullptr;
+    Stream stream;
+    if (const HRESULT r = open(pStreamPropertyValue, value, stream); r < 0) return r;
+    std::size_t count = 0;
+    const Result result = stream.read_at(value->stream_position, bytes_at(pData, dataSize), count);
+    if (result != Result::ok) return aaf_result(result);
+    value->stream_position += count;
+    *bytesRead = static_cast<aafUInt32>(count);
+    return AAFRESULT_SUCCESS;
+  }
+
  private:
   ~StreamType() override = default;
+
+  HRESULT open(IAAFPropertyValue* pointer, ValueObject*& value, Stream& stream) {
+    if (const HRESULT r = value_of(definition(), pointer, value); r < 0) return r;
+    if (!value->stream_owner) return AAFRESULT_PROP_NOT_PRESENT;
+    return value->stream_owner->open_stream(value->stream_pid, stream);
+  }
 };
 
 // An Indirect value: byte order, identifier of the actual type, actual value.
@@ -772,6 +825,34 @@ class IndirectType : public Adds<TypeObject, IAAFTypeDefIndirect> {
 class OpaqueType final : public Adds<IndirectType, IAAFTypeDefOpaque> {
  public:
   using Adds::Adds;
+
+  HRESULT GetActualTypeID(IAAFPropertyValue* pOpaquePropertyValue,
+                          aafUID_t* pActualTypeID) override {
+    if (!pActualTypeID) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pOpaquePropertyValue, value); r < 0) return r;
+    if (value->bytes.size() < indirect_head) return AAFRESULT_BAD_SIZE;
+    std::memcpy(pActualTypeID, value->bytes.data() + 1, sizeof(aafUID_t));
+    return AAFRESULT_SUCCESS;
+  }
+  // The whole value as stored.
+  HRESULT GetHandleBufLen(IAAFPropertyValue* pPropVal, aafUInt32* pLen) override {
+    if (!pLen) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    *pLen = static_cast<aafUInt32>(value->bytes.size());
+    return AAFRESULT_SUCCESS;
+  }
+  HRESULT GetHandle(IAAFPropertyValue* pPropVal, aafUInt32 handleSize, aafDataBuffer_t pHandle,
+                    aafUInt32* bytesRead) override {
+    if (!pHandle || !bytesRead) return AAFRESULT_NULL_PARAM;
+    ValueObject* value = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    if (value->bytes.size() > handleSize) return AAFRESULT_SMALLBUF;
+    if (!value->bytes.empty()) std::memcpy(pHandle, value->bytes.data(), value->bytes.size());
+    *bytesRead = static_cast<aafUInt32>(value->bytes.size());
+    return AAFRESULT_SUCCESS;
+  }
 
  private:
   ~OpaqueType() override = default;
