@@ -69,8 +69,8 @@ HRESULT result_of_system_error(std::uint32_t error) {
   return code > 0 ? static_cast<HRESULT>(0x80070000U | (error & 0xFFFFU)) : code;
 }
 
-// The type alone is taken from the published declaration: naming the function itself would
-// ask the linker for it.
+// `Function` is the entry point's type; its address must not be asked for, since nothing
+// of the library is linked.
 template <class Function, class... Arguments>
 HRESULT forward(AAFDLL::Entry entry, Arguments... arguments) {
   AAFDLL* library = nullptr;

@@ -127,8 +127,8 @@ class EDL_API AAFDLL {
 
 // Makes the instance and loads; aaf_result::already_loaded when there is one. After a
 // failure there is none.
-[[nodiscard]] EDL_API HRESULT load_aaf_library(const wide_char* path);
+EDL_API HRESULT load_aaf_library(const wide_char* path);
 // Frees the library and removes the instance; 0 without one, or when it holds no library.
-[[nodiscard]] EDL_API HRESULT unload_aaf_library();
+EDL_API HRESULT unload_aaf_library();
 // Delivers the instance, made with a null path when there is none; null on failure.
-[[nodiscard]] EDL_API HRESULT ensure_aaf_library(AAFDLL** instance);
+EDL_API HRESULT ensure_aaf_library(AAFDLL** instance);

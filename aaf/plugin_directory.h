@@ -13,5 +13,5 @@ using PluginDirectoryCallback = HRESULT (*)(const char* path, const char* name, 
 // with a library. Answers what ended the walk, otherwise 0; aaf_result::null_argument
 // without a directory or a callback; aaf_result::text_too_long above 256 bytes, or 257
 // with a separator at the end.
-[[nodiscard]] EDL_API HRESULT walk_plugin_directory(const char* directory,
-                                                    PluginDirectoryCallback callback, void* user);
+EDL_API HRESULT walk_plugin_directory(const char* directory, PluginDirectoryCallback callback,
+                                      void* user);

@@ -85,6 +85,11 @@ class RunFiller {
   // Puts the points of the list in order.
   void settle() {
     CObList& list = m_run.points();
+    if (goes_behind(list)) {
+      for (auto& point : m_new)
+        list.AddTail(point.release());
+      m_new.clear();
+    }
     if (!m_new.empty()) {
       Points before;
       while (!list.IsEmpty() && !starts_segment(list))
@@ -111,6 +116,17 @@ class RunFiller {
     point->m_time = time;
     point->m_value = value;
     return point;
+  }
+  // Whether the new points are in order already, and all later than those of the list.
+  [[nodiscard]] bool goes_behind(const CObList& list) const {
+    if (m_new.empty()) return false;
+    if (!list.IsEmpty() &&
+        static_cast<const Point*>(list.GetTail())->m_time >= m_new.front()->m_time) {
+      return false;
+    }
+    return std::adjacent_find(m_new.begin(), m_new.end(), [](const auto& a, const auto& b) {
+             return a->m_time >= b->m_time;
+           }) == m_new.end();
   }
   [[nodiscard]] bool is_empty() { return m_new.empty() && m_run.points().IsEmpty(); }
   [[nodiscard]] bool starts_segment(const CObList& list) const {

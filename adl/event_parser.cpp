@@ -263,14 +263,22 @@ Message EventParser::parse_fade(Event& event, const FadeForm& form) {
     level = is_curve ? decimal_number(*parameter) : 0.0;
   }
   if (form.is_mirrored) std::swap(levels.front(), levels.back());
-  event.record.*form.curve =
-      is_curve ? fade_curve_from_levels({levels[0], levels[1], levels[2]}) : std::uint16_t{0};
+  event.record.*form.curve = is_curve ? curve_of(levels) : std::uint16_t{0};
   // Words behind the parameters are skipped, a repeated keyword among them.
   next();
   for (std::size_t i = 0; i < skipped_behind_fade && !at_end(); ++i, next()) {
     if (current().starts_with('(') && !is_keyword(current(), form.keyword)) break;
   }
   return no_message;
+}
+
+// Lists repeat few shapes, so each is sought once.
+std::uint16_t EventParser::curve_of(const std::array<double, 3>& levels) {
+  constexpr std::size_t most_kept = 1024;
+  if (m_curves.size() >= most_kept) m_curves.clear();
+  const auto [at, is_new] = m_curves.try_emplace(levels, std::uint16_t{0});
+  if (is_new) at->second = fade_curve_from_levels({levels[0], levels[1], levels[2]});
+  return at->second;
 }
 
 Message EventParser::parse_remark(Event& event) {

@@ -1,7 +1,6 @@
 #include "adl/import_report.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "host/framework/file_exception.h"
 #include "host/host.h"
@@ -16,31 +15,6 @@ namespace {
 
 constexpr const wide_char* report_name = u"c:/aes31importlog.htm";
 constexpr int show_normal = 1;
-constexpr int viewer_opened = 33;
-
-struct Refusal {
-  int answer;
-  const wide_char* text;
-};
-
-// Why no viewer opened; other answers below viewer_opened are not told.
-constexpr Refusal refusals[] = {
-    {0, u"The operating system is out of memory or resources. "},
-    {2, u"The specified file was not found."},
-    {3, u"The specified path was not found."},
-    {5, u"The operating system denied access to the specified file."},
-    {8, u"There was not enough memory to complete the operation. "},
-    {11, u"The .exe file is invalid (non-Win32\u00AE .exe or error in .exe image)."},
-    {26, u"A sharing violation occurred."},
-    {27, u"The file name association is incomplete or invalid."},
-    {28, u"The DDE transaction could not be completed because the request timed out."},
-    {29, u"The DDE transaction failed."},
-    {30,
-     u"The DDE transaction could not be completed because other DDE transactions were being "
-     u"processed."},
-    {31, u"There is no application associated with the given file name extension."},
-    {32, u"The specified dynamic-link library was not found."},
-};
 
 CString report_path() {
   return host().viewer().report_path(report_name);
@@ -108,12 +82,9 @@ int ImportReport::close() {
     // The import goes on with a report that is cut short.
   }
   const int answer = host().viewer().open(report_path(), u"open", show_normal, true);
-  if (answer >= viewer_opened) return 1;
-  const auto* const refusal =
-      std::find_if(std::begin(refusals), std::end(refusals),
-                   [answer](const Refusal& row) { return row.answer == answer; });
-  if (refusal == std::end(refusals)) return 1;
-  host().message_boxes().show(u"", refusal->text, MessageBoxes::style_text_message);
+  const wide_char* const refusal = viewer_refusal(answer);
+  if (refusal == nullptr) return 1;
+  host().message_boxes().show(u"", refusal, MessageBoxes::style_text_message);
   return 0;
 }
 

@@ -3,8 +3,10 @@
 // says what is wrong, and leaves the place of the fault in error_position.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -124,6 +126,7 @@ class EventParser {
   [[nodiscard]] Message parse_fade(Event& event, const FadeForm& form);
   [[nodiscard]] Message parse_remark(Event& event);
   [[nodiscard]] Message parse_gain(Event& event);
+  [[nodiscard]] std::uint16_t curve_of(const std::array<double, 3>& levels);
   void pass_unknown();
   [[nodiscard]] Message parse_field(Event& event);
   void add_event(const Event& event);
@@ -137,6 +140,8 @@ class EventParser {
   std::unordered_map<std::uint32_t, std::uint16_t> m_places;
   std::uint16_t m_infade_curve;
   std::uint16_t m_outfade_curve;
+  // By the levels of a fade-in.
+  std::map<std::array<double, 3>, std::uint16_t> m_curves;
   // Streams of all events so far.
   std::uint64_t m_streams = 0;
   const std::vector<Token>* m_tokens = nullptr;

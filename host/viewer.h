@@ -25,4 +25,4 @@ class EDL_API Viewer {
 
 // What a person is told of an answer of Viewer::open; null for 33 and above, and for an
 // answer that has no words.
-[[nodiscard]] EDL_API const wide_char* viewer_refusal(int answer);
+EDL_API const wide_char* viewer_refusal(int answer);

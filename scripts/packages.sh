@@ -6,7 +6,7 @@ export CCACHE_BASEDIR=${root:-} CCACHE_NOHASHDIR=1
 
 packages_build=(g++ cmake ninja-build ccache libsndfile1-dev libcli11-dev nlohmann-json3-dev)
 packages_test=(libgtest-dev libgmock-dev binutils)
-packages_check=(clang clang-format clang-tidy)
+packages_check=(clang clang-format clang-tidy chromium)
 
 # need_packages NAME…: returns at once when all of them are there.
 need_packages() {
