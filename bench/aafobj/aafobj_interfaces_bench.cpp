@@ -93,6 +93,15 @@ bool begin_take(IAAFFile* file, AafRef<IAAFEssenceAccess>& access) {
                                access.put()) >= 0;
 }
 
+bool take_sixteen_bits(IAAFEssenceAccess* access) {
+  AafRef<IAAFEssenceFormat> format;
+  aafInt32 bits = 16;
+  return access->GetEmptyFileFormat(format.put()) >= 0 &&
+         format->AddFormatSpecifier(kAAFAudioSampleBits, 4,
+                                    reinterpret_cast<aafDataBuffer_t>(&bits)) >= 0 &&
+         access->PutFileFormat(format.get()) >= 0;
+}
+
 bool write_take() {
   wchar_t name[] = L"bench";
   aafProductIdentification_t who{};
@@ -103,14 +112,15 @@ bool write_take() {
   AafRef<IAAFEssenceAccess> access;
   if (AAFFileOpenNewModifyEx(path.wstring().c_str(), &kAAFFileKind_Aaf4KBinary, 0, &who,
                              file.put()) < 0 ||
-      !begin_take(file.get(), access)) {
+      !begin_take(file.get(), access) || !take_sixteen_bits(access.get())) {
     return false;
   }
   std::vector<aafUInt8> bytes = sound();
   for (std::size_t i = 0; i < pieces; ++i) {
     aafUInt32 samples = 0;
     aafUInt32 written = 0;
-    if (access->WriteSamples(piece_bytes / 2, piece_bytes, bytes.data(), &samples, &written) < 0) {
+    if (access->WriteSamples(piece_bytes / 2, piece_bytes, bytes.data(), &samples, &written) < 0 ||
+        written != piece_bytes) {
       return false;
     }
   }
