@@ -16,8 +16,8 @@
 using aaf_string = std::basic_string<aafCharacter>;
 using aaf_string_view = std::basic_string_view<aafCharacter>;
 
-[[nodiscard]] EDL_API std::u16string text_from_aaf(aaf_string_view text);
-[[nodiscard]] EDL_API aaf_string aaf_from_text(std::u16string_view text);
+[[nodiscard]] std::u16string text_from_aaf(aaf_string_view text);
+[[nodiscard]] aaf_string aaf_from_text(std::u16string_view text);
 
 // Reads a text through an operation that fills a buffer of a size in bytes, such as
 //   read_aaf_text<260>(name, [&](aafCharacter* out, aafUInt32 bytes) {

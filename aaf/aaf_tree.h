@@ -22,7 +22,7 @@ struct ObjectHead {
 
 // What is told, in the order of the file. A value is one scalar, one object, one fault, or
 // a list or record of values between its begin and end.
-class EDL_API TreeSink {
+class TreeSink {
  public:
   virtual ~TreeSink() = default;
   virtual void begin_object(const ObjectHead& head) = 0;
@@ -42,14 +42,14 @@ class EDL_API TreeSink {
 };
 
 // What a result of the library means: its words and its number, "NOT_AAF_FILE (0x8012…)".
-[[nodiscard]] EDL_API std::string result_words(std::int32_t result);
+[[nodiscard]] std::string result_words(std::int32_t result);
 
 // Opens the file and tells its tree from the header down. A negative result, and nothing
 // told, when it cannot be opened as an AAF file at all; otherwise 0, and what could not be
 // read is told as faults. A tree deeper than any real one is cut there with a fault.
-[[nodiscard]] EDL_API std::int32_t tell_tree(const std::string& utf8_path, TreeSink& sink);
+[[nodiscard]] std::int32_t tell_tree(const std::string& utf8_path, TreeSink& sink);
 
 // The same of a file that is open. The caller closes it.
-[[nodiscard]] EDL_API std::int32_t tell_tree_of(IAAFFile& file, TreeSink& sink);
+[[nodiscard]] std::int32_t tell_tree_of(IAAFFile& file, TreeSink& sink);
 
 }  // namespace aaf

@@ -90,9 +90,12 @@ std::vector<std::byte> extended_bytes(const aafRational_t& rate) {
 std::vector<std::byte> sound_header(SoundCodec codec, const SoundFormat& format,
                                     std::uint64_t data_bytes) {
   switch (codec) {
-    case SoundCodec::wave: return wave_header(format, data_bytes);
-    case SoundCodec::aifc: return aifc_header(format, data_bytes);
-    case SoundCodec::pcm: return {};
+    case SoundCodec::wave:
+      return wave_header(format, data_bytes);
+    case SoundCodec::aifc:
+      return aifc_header(format, data_bytes);
+    case SoundCodec::pcm:
+      return {};
   }
   return {};
 }

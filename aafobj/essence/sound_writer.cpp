@@ -20,8 +20,7 @@ Result SoundWriter::set_format(const SoundFormat& format) {
 Result SoundWriter::write(std::span<const std::byte> bytes) {
   if (bytes.empty()) return Result::ok;
   const std::vector<std::byte> head = sound_header(m_codec, m_format, 0);
-  if (m_codec != SoundCodec::pcm &&
-      bytes.size() > max_file_bytes - head.size() - m_data_bytes) {
+  if (m_codec != SoundCodec::pcm && bytes.size() > max_file_bytes - head.size() - m_data_bytes) {
     return Result::too_large;
   }
   if (m_data_bytes == 0 && !head.empty()) {
