@@ -2,7 +2,6 @@
 #pragma once
 
 #include "aafobj/api/aaf_types.h"
-#include "host/api.h"
 
 // Compares Data1, Data2 and Data3. Data4 is left out on purpose: two identifiers that
 // differ only there are equal. Not for resolving references, which the object library

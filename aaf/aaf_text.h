@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "aafobj/api/aaf_types.h"
-#include "host/api.h"
 #include "host/text.h"
 
 using aaf_string = std::basic_string<aafCharacter>;

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "aafobj/api/aaf_forward.h"
-#include "host/api.h"
 
 namespace aaf {
 

@@ -30,7 +30,7 @@ for target in build/fuzz/fuzz/*/fuzz_*; do
   [[ -d fuzz/seeds/$name ]] && seeds=("fuzz/seeds/$name")
   echo "-- $name"
   "$target" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=20 -verbosity=0 \
-    -print_final_stats=0 -artifact_prefix="$work/" "${dictionary[@]}" "$work" "${seeds[@]}"
+    -print_final_stats=0 -print_funcs=0 -artifact_prefix="$work/" "${dictionary[@]}" "$work" "${seeds[@]}"
   rm -rf "$work"
 done
 
