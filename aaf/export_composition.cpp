@@ -5,6 +5,7 @@
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_ids.h"
 #include "aaf/aaf_rates.h"
+#include "aaf/aaf_text.h"
 #include "aaf/export_marks.h"
 #include "aaf/export_track.h"
 #include "aaf/import_numbers.h"
@@ -237,11 +238,11 @@ int CAAFCompMob::export_composition(IAAFHeader* header) {
   m_export_pan_automation = application.get_aaf_export_pan_automation();
   const aaf::ExportLevels levels{m_export_fixed_gain != 0, m_export_gain_automation != 0,
                                  m_export_pan_automation != 0};
-  aaf::CompositionExport work(
-      header,
-      {m_owner->m_events, m_owner->m_sources, m_owner->m_automation, m_owner->m_locator_groups,
-       m_owner->m_essence_mobs},
-      levels, m_owner->sample_rate(), m_owner->time_base().frame_rate_index);
+  aaf::CompositionExport work(header,
+                              {m_owner->m_events, m_owner->m_sources, m_owner->m_automation,
+                               m_owner->m_locator_groups, m_owner->m_essence_mobs},
+                              levels, m_owner->sample_rate(),
+                              m_owner->time_base().frame_rate_index);
   const bool written = work.run(m_owner->m_aaf_path.view());
   m_start_frames = work.start_frames();
   m_end_position = work.end_position();

@@ -91,8 +91,8 @@ IAAFParameterDef* ExportDefinitions::parameter(Parameter which) {
 
 IAAFInterpolationDef* ExportDefinitions::linear() {
   if (m_linear) return m_linear.get();
-  if (m_factory.dictionary()->LookupInterpolationDef(kAAFInterpolationDef_Linear,
-                                                     m_linear.put()) != 0 ||
+  if (m_factory.dictionary()->LookupInterpolationDef(kAAFInterpolationDef_Linear, m_linear.put()) !=
+          0 ||
       !m_linear) {
     m_linear = register_linear();
   }

@@ -36,8 +36,7 @@ CAAFPoint point_at(std::int64_t time, std::int64_t length, std::int32_t value) {
 // A level of a curve as millionths. A curve that the host does not have falls evenly.
 std::int32_t curve_value(const std::uint16_t* curve, std::int64_t index) {
   const std::int64_t level =
-      curve != nullptr ? curve[index]
-                       : (last_level - index) * fade_curve_full_level / last_level;
+      curve != nullptr ? curve[index] : (last_level - index) * fade_curve_full_level / last_level;
   return static_cast<std::int32_t>(level * fade_scale / fade_curve_full_level);
 }
 
@@ -78,8 +77,7 @@ std::int64_t fade_out_length(const CGenericEDLFileEntry& event) {
   return fade_within(event.m_fade_out_length, event.m_length);
 }
 
-Points fade_in_points(const CGenericEDLFileEntry& event, std::int64_t length,
-                      std::int64_t offset) {
+Points fade_in_points(const CGenericEDLFileEntry& event, std::int64_t length, std::int64_t offset) {
   const std::uint16_t* const curve = host().application().get_fade_curve(event.m_fade_in_curve);
   const std::int64_t fade = fade_in_length(event);
   Points points;

@@ -55,7 +55,7 @@ class AutomationPoints {
 // Over a group of `length` samples from `start`; none when it has no length.
 [[nodiscard]] Points gain_points(std::span<const AutomationPoints::Point> points,
                                  std::int64_t start, std::int64_t length);
-[[nodiscard]] Points pan_points(std::span<const AutomationPoints::Point> points,
-                                std::int64_t start, std::int64_t length);
+[[nodiscard]] Points pan_points(std::span<const AutomationPoints::Point> points, std::int64_t start,
+                                std::int64_t length);
 
 }  // namespace aaf

@@ -59,8 +59,8 @@ void ExportMarks::write_mark(IAAFObject* slot, const aafUID_t& property, std::in
       m_factory.dictionary()->LookupTypeDef(int64_type, base.put()) != 0)
     return;
   const AafRef<IAAFTypeDefInt> number = AAF_QUERY(IAAFTypeDefInt, base.get());
-  if (!number || number->CreateValue(reinterpret_cast<aafMemPtr_t>(&value), sizeof value,
-                                     stored.put()) != 0)
+  if (!number ||
+      number->CreateValue(reinterpret_cast<aafMemPtr_t>(&value), sizeof value, stored.put()) != 0)
     return;
   // Refused by the file: it then has no such mark.
   static_cast<void>(slot->SetPropertyValue(definition.get(), stored.get()));

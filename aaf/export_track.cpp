@@ -97,8 +97,7 @@ TrackExport::Crossfade TrackExport::crossfade_of(const CGenericEDLFileEntry& a,
   const std::int64_t out_begins = difference(end, fade_out_length(a));
   const std::int64_t in_ends = sum(b.m_dest_in, fade_in_length(b));
   Crossfade crossfade{};
-  crossfade.length =
-      difference(std::max(in_ends, end), std::min(b.m_dest_in, out_begins));
+  crossfade.length = difference(std::max(in_ends, end), std::min(b.m_dest_in, out_begins));
   crossfade.post = std::max<std::int64_t>(difference(in_ends, end), 0);
   crossfade.pre = std::max<std::int64_t>(difference(b.m_dest_in, out_begins), 0);
   return crossfade;
@@ -211,9 +210,9 @@ bool TrackExport::append_transition(const CGenericEDLFileEntry* a, const CGeneri
 bool TrackExport::add_levels(IAAFOperationGroup& group, const CGenericEDLFileEntry* a,
                              const CGenericEDLFileEntry* b, std::int64_t length) {
   if (a != nullptr && b != nullptr) return build_dissolve_levels(group, *a, *b, length);
-  return add_varying(m_tracks.factory, m_tracks.definitions, group, Parameter::fade_level,
-                     b != nullptr ? fade_in_points(*b, length, 0)
-                                  : fade_out_points(*a, true, length, 0));
+  return add_varying(
+      m_tracks.factory, m_tracks.definitions, group, Parameter::fade_level,
+      b != nullptr ? fade_in_points(*b, length, 0) : fade_out_points(*a, true, length, 0));
 }
 
 bool TrackExport::build_dissolve_levels(IAAFOperationGroup& group, const CGenericEDLFileEntry& a,

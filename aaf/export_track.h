@@ -64,12 +64,11 @@ class TrackExport {
   [[nodiscard]] bool append(IUnknown* component);
   [[nodiscard]] bool append_filler(std::int64_t length);
   [[nodiscard]] bool append_clip(const CGenericEDLFileEntry& event, std::int64_t post);
-  [[nodiscard]] bool append_transition(const CGenericEDLFileEntry* a,
-                                       const CGenericEDLFileEntry* b, std::int64_t length);
+  [[nodiscard]] bool append_transition(const CGenericEDLFileEntry* a, const CGenericEDLFileEntry* b,
+                                       std::int64_t length);
   [[nodiscard]] bool add_levels(IAAFOperationGroup& group, const CGenericEDLFileEntry* a,
                                 const CGenericEDLFileEntry* b, std::int64_t length);
-  [[nodiscard]] bool build_dissolve_levels(IAAFOperationGroup& group,
-                                           const CGenericEDLFileEntry& a,
+  [[nodiscard]] bool build_dissolve_levels(IAAFOperationGroup& group, const CGenericEDLFileEntry& a,
                                            const CGenericEDLFileEntry& b, std::int64_t length);
   [[nodiscard]] AafRef<IAAFSourceClip> make_source_clip(const CGenericEDLFileEntry& event,
                                                         std::int64_t post) const;
