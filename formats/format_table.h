@@ -47,6 +47,9 @@ std::vector<std::string> single_output(const std::string& path);
 inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
   return {};
 }
+inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
+  return {};
+}
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
   return {};
 }
@@ -84,6 +87,9 @@ struct FormatRow {
   // does not say, as a workstation does that knows its sources. What was given, in a
   // sentence; empty for nothing.
   std::string (*complete)(CGenericEdl& root, const FormatOptions& options) = nothing_to_complete;
+  // What of a list, beside what `carries` tells, the format leaves behind; each with
+  // its number, as in "3 locators".
+  std::vector<std::string> (*further_losses)(const CGenericEdl& root) = no_further_losses;
   // After one that succeeded: what a person must know of the file, in a sentence that
   // goes on behind "is written, but"; empty for nothing.
   std::string (*remark)(const CGenericEdl& exported) = no_remark;
