@@ -267,7 +267,7 @@ bool CAAFEdlFile::read_mob_identity(IUnknown* source, CString& name, _aafMobID_t
 
 bool CAAFEdlFile::import_composition(IAAFHeader* header) {
   const AafRef<IEnumAAFMobs> all = composition_mobs(header);
-  CStringArray names;
+  CStringArray& names = m_composition_names;
   CArray<_aafMobID_t> mobs;
   if (!all || !find_candidate_compositions(header, names, mobs)) return false;
   std::intptr_t chosen = 0;
@@ -281,6 +281,7 @@ bool CAAFEdlFile::import_composition(IAAFHeader* header) {
                                    BoxIcon::information, BoxButtons::ok);
     return true;
   }
+  m_composition = static_cast<std::int32_t>(chosen);
   for (AafRef<IAAFMob> mob; all->NextOne(mob.put()) == 0;) {
     const auto composition = AAF_QUERY(IAAFCompositionMob, mob.get());
     aafMobID_t id{};

@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/file_checks.h"
 #include "cli/import_run.h"
+#include "cli/media_report.h"
 #include "cli/messages.h"
 #include "cli/outcome.h"
 #include "cli/output_guard.h"
@@ -37,17 +38,14 @@ const FormatRow* format_by_name(std::span<const FormatRow> rows, const std::stri
 
 // Hands each edit the audio of its path. Whether all was found; what was not is told.
 bool find_audio(const CGenericEdl& edl, embedded::MediaLibrary& media) {
-  const CObList* const list = edl.get_generic_entry_list();
-  for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
-    auto* const entry = static_cast<CGenericEdlEntry*>(list->GetNext(at));
-    const std::u16string_view path = field_text(entry->file_path);
-    if (entry->audio_content != nullptr || path.empty()) continue;
-    entry->audio_content = media.find(path, entry->source_index);
+  bool all = true;
+  for (const MediaRow& row : find_media(edl, media)) {
+    if (row.found) continue;
+    warn("no audio for " + row.path + ": " + row.reason);
+    all = false;
   }
-  for (const embedded::MediaLibrary::Missing& missing : media.missing())
-    warn("no audio for " + missing.path + ": " + missing.reason);
-  if (!media.missing().empty()) hint("--media names a folder to look in");
-  return media.missing().empty();
+  if (!all) hint("--media names a folder to look in");
+  return all;
 }
 
 // An object of the format that works on the root's lists at the root's rates.

@@ -36,6 +36,16 @@ struct Carries {
   bool pq = false;
 };
 
+// What a file says of itself beside its edits, for a person who looks into it.
+struct FileFacts {
+  // Who made it.
+  std::string maker;
+  // The lists that it holds, where it can hold several, and which of them was read, from
+  // 0; -1 for none.
+  std::vector<std::string> compositions;
+  int composition = -1;
+};
+
 // What rows point to when there is nothing special about them.
 inline bool never_stated(std::string_view /*head*/) {
   return false;
@@ -45,6 +55,9 @@ inline bool always_stated(std::string_view /*head*/) {
 }
 std::vector<std::string> single_output(const std::string& path);
 inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
+  return {};
+}
+inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
   return {};
 }
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
@@ -76,6 +89,8 @@ struct FormatRow {
   // assumed before it is read.
   bool (*states_sample_rate)(std::string_view head) = never_stated;
   bool (*states_frame_rate)(std::string_view head) = never_stated;
+  // After an import, also one that did not succeed.
+  FileFacts (*facts)(const CGenericEdl& imported) = no_facts;
   // The files that an export to `path` (UTF-8) may write or delete, the list itself
   // first, under the name that it really gets. What stands there before is kept
   // until the export has succeeded.
