@@ -40,8 +40,7 @@ int inspect(std::span<const FormatRow> rows, const Arguments& arguments,
   const bool shown =
       arguments.json
           ? put_list_json(run, media, host.boxes())
-          : run.exit != exit_done ||
-                put_list_table(*run.format, *run.edl, media, screen_columns());
+          : run.exit != exit_done || put_list_table(*run.format, *run.edl, media, screen_columns());
   const bool losses = tell_of_import_report(*run.format, run.exit == exit_done, host.reports());
   if (!shown) return exit_failed;
   if (run.exit != exit_done) return run.exit;

@@ -119,8 +119,8 @@ bool put_list_json(const ImportRun& run, const std::vector<MediaRow>& media,
          object.put_list<CGenericAutomationChunk>("automation", edl.get_automation_list(),
                                                   automation_json) &&
          object.put_list<CGenericEdlVideoEntry>("video", edl.get_video_list(), video_entry_json) &&
-         object.put_name("media") && put_media(media) && object.put_name("boxes") && put_boxes(boxes) && object.close() && put_data("\n") &&
-         flush_data();
+         object.put_name("media") && put_media(media) && object.put_name("boxes") &&
+         put_boxes(boxes) && object.close() && put_data("\n") && flush_data();
 }
 
 }  // namespace cli

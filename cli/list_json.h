@@ -10,7 +10,8 @@
 
 namespace cli {
 
-// To standard output. `media` is what was looked for. False, with the reason told, when the system refuses it.
+// To standard output. `media` is what was looked for. False, with the reason told, when the system
+// refuses it.
 [[nodiscard]] bool put_list_json(const ImportRun& run, const std::vector<MediaRow>& media,
                                  const embedded::EmbeddedBoxes& boxes);
 

@@ -192,8 +192,8 @@ std::string summary(const FormatRow& format, const CGenericEdl& edl) {
 // Who made the file, and its lists where it can hold several.
 bool put_facts(const FileFacts& facts, std::size_t screen_columns) {
   if (!facts.maker.empty() &&
-      !put_data(wrapped("made by " + shown_text(text_from_utf8(facts.maker)) + "\n",
-                        screen_columns))) {
+      !put_data(
+          wrapped("made by " + shown_text(text_from_utf8(facts.maker)) + "\n", screen_columns))) {
     return false;
   }
   if (facts.compositions.empty()) return true;

@@ -10,10 +10,9 @@
 
 namespace cli {
 
-// To standard output, with `media` as what was looked for, and no line wider than the screen. False, with the reason
-// told, when the system refuses it.
+// To standard output, with `media` as what was looked for, and no line wider than the screen.
+// False, with the reason told, when the system refuses it.
 [[nodiscard]] bool put_list_table(const FormatRow& format, const CGenericEdl& edl,
-                                  const std::vector<MediaRow>& media,
-                                  std::size_t screen_columns);
+                                  const std::vector<MediaRow>& media, std::size_t screen_columns);
 
 }  // namespace cli
