@@ -5,8 +5,7 @@
 #include "aaf/import_index.h"
 #include "native/generic_edl_file_chunks.h"
 
-CAAFEdlFile::CAAFEdlFile(CGenericEdl* parent, int interactive)
-    : CGenericEdl(parent, interactive) {}
+CAAFEdlFile::CAAFEdlFile(CGenericEdl* parent, int interactive) : CGenericEdl(parent, interactive) {}
 
 CAAFEdlFile::~CAAFEdlFile() {
   delete_all(m_sources);

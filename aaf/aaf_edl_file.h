@@ -54,6 +54,12 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Once for each object.
   [[nodiscard]] result_code export_edl(const wide_char* path, int option) override;
 
+  // After an import: the compositions that could be chosen, in the order of the dialog,
+  // and which of them was; -1 for none. The report tells who made the file; null before.
+  [[nodiscard]] const CStringArray& composition_names() const { return m_composition_names; }
+  [[nodiscard]] std::int32_t composition() const { return m_composition; }
+  [[nodiscard]] const CAAFLogger* report() const { return m_logger.get(); }
+
  private:
   friend class CAAFCompMob;
   friend class aaf::EssenceExport;
@@ -158,4 +164,6 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   std::unique_ptr<aaf::ExternalAudio> m_external_audio;
 
   std::unique_ptr<aaf::ImportIndex> m_import_index;
+  CStringArray m_composition_names;
+  std::int32_t m_composition = -1;
 };

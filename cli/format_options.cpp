@@ -140,9 +140,12 @@ void add_adl_options(CLI::App& command, Arguments& arguments) {
 
 void add_aaf_options(CLI::App& command, embedded::EmbeddedOptions& host) {
   const auto add = [](CLI::Option* option) { option->group(aaf_group); };
-  add(add_number_option(command, "--composition", host.choice,
-                        "Which composition of a file with several to read, from 1; without it a "
-                        "person is asked, and where nobody sits the first is taken"));
+  add(command
+          .add_option("--composition", host.choice,
+                      "Which composition of a file with several to read: its name, or its number "
+                      "from 1. Without it a person is asked; where nobody sits the names are "
+                      "listed and nothing is read")
+          ->type_name("NAME|N"));
   add(add_word_option<bool>(command, "--essence", {{"wave", false}, {"aifc", true}}, host.aaf_aifc,
                             "Form of the audio that is written. Default wave"));
   add(command.add_flag("--embed,!--external", host.aaf_embed_audio,

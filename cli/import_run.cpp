@@ -157,6 +157,11 @@ ImportRun import_list(const InputFile& input, const Arguments& arguments) {
   run.result = read_into(*run.edl, input);
   if (run.result != result::import_complete) return run;
   run.exit = exit_done;
+  if (run.edl->output_incomplete() != 0) {
+    tell("audio of " + input.path + " could not be copied to its end; there may be no room left");
+    run.exit = exit_failed;
+    return run;
+  }
   settle_rates(input, arguments, *run.edl);
   if (arguments.channels) {
     run.edl->offset_edl(static_cast<unsigned short>(arguments.channels->first - 1),

@@ -48,7 +48,8 @@ int EmbeddedApplication::fade_curve_count() {
 }
 
 HostFolder* EmbeddedApplication::get_imported_audio_folder() {
-  if (options_.audio_folder.empty()) return nullptr;
+  if (options_.audio_folder.empty())
+    return options_.leave_audio_inside ? folders_.nowhere() : nullptr;
   std::error_code failure;
   std::filesystem::create_directories(options_.audio_folder, failure);
   return folders_.find(options_.audio_folder);

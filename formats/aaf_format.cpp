@@ -87,6 +87,22 @@ std::vector<std::string> further_losses(const CGenericEdl& root) {
   return losses;
 }
 
+FileFacts facts(const CGenericEdl& imported) {
+  const auto& file = static_cast<const CAAFEdlFile&>(imported);
+  FileFacts facts;
+  if (const CAAFLogger* const report = file.report(); report != nullptr) {
+    for (const CString* const text :
+         {&report->company_name, &report->product_name, &report->product_version}) {
+      if (text->IsEmpty()) continue;
+      facts.maker += (facts.maker.empty() ? "" : " ") + utf8_from_text(text->view());
+    }
+  }
+  for (const CString& name : file.composition_names())
+    facts.compositions.push_back(utf8_from_text(name.view()));
+  facts.composition = file.composition();
+  return facts;
+}
+
 }  // namespace
 
 FormatRow aaf_row() {
@@ -102,6 +118,7 @@ FormatRow aaf_row() {
   row.outputs = outputs;
   row.complete = complete;
   row.further_losses = further_losses;
+  row.facts = facts;
   // Its clips and its time code say both, as far as it has any.
   row.states_sample_rate = always_stated;
   row.states_frame_rate = always_stated;

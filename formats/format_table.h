@@ -36,6 +36,16 @@ struct Carries {
   bool pq = false;
 };
 
+// What a file says of itself beside its edits, for a person who looks into it.
+struct FileFacts {
+  // Who made it.
+  std::string maker;
+  // The lists that it holds, where it can hold several, and which of them was read, from
+  // 0; -1 for none.
+  std::vector<std::string> compositions;
+  int composition = -1;
+};
+
 // What rows point to when there is nothing special about them.
 inline bool never_stated(std::string_view /*head*/) {
   return false;
@@ -48,6 +58,9 @@ inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOption
   return {};
 }
 inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
+  return {};
+}
+inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
   return {};
 }
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
@@ -79,6 +92,8 @@ struct FormatRow {
   // assumed before it is read.
   bool (*states_sample_rate)(std::string_view head) = never_stated;
   bool (*states_frame_rate)(std::string_view head) = never_stated;
+  // After an import, also one that did not succeed.
+  FileFacts (*facts)(const CGenericEdl& imported) = no_facts;
   // The files that an export to `path` (UTF-8) may write or delete, the list itself
   // first, under the name that it really gets. What stands there before is kept
   // until the export has succeeded.

@@ -173,7 +173,7 @@ TEST(Options, OfTheHost) {
   EXPECT_EQ(host.media_folders, (std::vector<std::string>{"/m1", "/m2"}));
   EXPECT_EQ(host.audio_folder, "/a");
   EXPECT_EQ(host.settings, (std::vector<std::string>{"A/B=1", "C/D=2"}));
-  EXPECT_EQ(host.choice, 3);
+  EXPECT_EQ(host.choice, "3");
 }
 
 TEST(Options, OptionThatTakesOneValueLeavesTheNextWordAlone) {
