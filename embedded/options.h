@@ -68,6 +68,8 @@ struct EmbeddedOptions {
 
   bool aaf_aifc = false;
   bool aaf_embed_audio = true;
+  // Whether audio written beside a file may take the place of older files.
+  bool aaf_overwrite_audio = false;
   bool aaf_fixed_gain = true;
   bool aaf_gain_automation = true;
   bool aaf_pan_automation = true;

@@ -60,6 +60,9 @@ inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOption
 inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
   return {};
 }
+inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
+  return {};
+}
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
   return {};
 }
@@ -75,6 +78,8 @@ struct FormatRow {
   Carries carries;
   // The export reads the audio of the edits, so it is looked for beforehand.
   bool wants_audio = false;
+  // The file tells where others lie, seen from its own place, so that is told in full.
+  bool names_places = false;
   // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
   // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
   bool frame_rate_by_fcm = false;
@@ -99,6 +104,9 @@ struct FormatRow {
   // does not say, as a workstation does that knows its sources. What was given, in a
   // sentence; empty for nothing.
   std::string (*complete)(CGenericEdl& root, const FormatOptions& options) = nothing_to_complete;
+  // What of a list, beside what `carries` tells, the format leaves behind; each with
+  // its number, as in "3 locators".
+  std::vector<std::string> (*further_losses)(const CGenericEdl& root) = no_further_losses;
   // After one that succeeded: what a person must know of the file, in a sentence that
   // goes on behind "is written, but"; empty for nothing.
   std::string (*remark)(const CGenericEdl& exported) = no_remark;
