@@ -66,6 +66,8 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   [[nodiscard]] bool has_timecode_slot(IAAFMob* mob) const;
   [[nodiscard]] bool read_mob_identity(IUnknown* source, CString& name, _aafMobID_t& id) const;
   [[nodiscard]] bool extract_embedded_essence(IAAFHeader* header);
+  [[nodiscard]] bool copy_essence(IAAFHeader* header, std::uint32_t count, std::uint64_t bytes,
+                                  std::uint32_t& written);
   [[nodiscard]] bool embedded_essence_path(int kind, const _aafMobID_t& id, CString& out) const;
   // The number of a source, made when there is none; -1 when there are too many.
   [[nodiscard]] int find_or_add_source(std::u16string_view path, std::uint8_t media_type);

@@ -3,6 +3,7 @@
 
 #include "formats/format_table.h"
 
+FormatRow aaf_row();
 FormatRow adl_row();
 FormatRow cmx340_row();
 FormatRow cmx3600_row();

@@ -7,7 +7,7 @@ std::span<const FormatRow> format_table() {
       cmx340_row(),       cmx3600_row(),    sony9000_row(),
       grass_valley_row(), lightworks_row(), lightworks_multichannel_row(),
       native_text_row(),  edl2_row(),       chunked_row(),
-      adl_row(),
+      adl_row(),          aaf_row(),
   };
   return rows;
 }
