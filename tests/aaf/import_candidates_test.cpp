@@ -172,48 +172,4 @@ TEST_P(ImportCandidatesTest, OnlyTimecodeInASlotOfItsOwnCounts) {
   EXPECT_THAT(lengths(), ElementsAre(200));
 }
 
-// A dictionary that names the usage without the "kAAF": the name's four characters go to
-// the name before it.
-class UsageNameTest : public AafImportTest {
- protected:
-  result_code import_renamed() {
-    const AafTake source = take();
-    file().composition({.name = L"First", .slots = {sound({clip(source, 100)})},
-                        .usage = kAAFUsage_TopLevel});
-    file().composition({.name = L"Second", .slots = {sound({clip(source, 200)}),
-                                                     timecode(0, 25)}});
-    file().save();
-    std::string bytes = read_file(path);
-    const std::string name = wide("kAAFUsage_TopLevel");
-    const std::size_t at = bytes.find(name);
-    if (at == std::string::npos || bytes.find(name, at + 1) != std::string::npos) {
-      ADD_FAILURE() << "the dictionary does not name the usage once";
-      return 0;
-    }
-    bytes.replace(at - 2, 10, wide("abcd") + std::string(2, '\0'));
-    path = folder.file("renamed.aaf");
-    write_file(path, bytes);
-    return import_path(path);
-  }
-
- private:
-  static std::string wide(const std::string& text) {
-    std::string bytes;
-    for (const char c : text)
-      bytes += {c, '\0'};
-    return bytes;
-  }
-};
-
-TEST_F(UsageNameTest, ByTheLetterOnlyTheLongNameCounts) {
-  ASSERT_EQ(import_renamed(), 100);
-  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 200}));
-}
-
-TEST_F(UsageNameTest, CorrectedTheShortNameCountsAsWell) {
-  correct(Correction::aaf_usage_names, true);
-  ASSERT_EQ(import_renamed(), 100);
-  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}));
-}
-
 }  // namespace

@@ -293,14 +293,14 @@ TEST_P(ImportEssenceTest, UnknownSourcesAreOne) {
   EXPECT_THAT(types(), ElementsAre(14, 14, 14));
 }
 
-// Paths are kept to 256 characters, and compared so.
+// Paths are kept to 255 characters, and compared so.
 TEST_P(ImportEssenceTest, LongPathsAreOneSourceStill) {
   const std::wstring folders = L"file:///C:/" + std::wstring(300, L'a');
   const AafTake first = file().source({.locators = {folders + L"/one.wav"}});
   const AafTake second = file().source({.locators = {folders + L"/two.wav"}});
   ASSERT_EQ(import({sound({clip(first, 10), clip(second, 10)})}), 100);
   EXPECT_THAT(names(), ElementsAre("one.wav", "one.wav"));
-  EXPECT_THAT(paths(), testing::Each("//C:/" + std::string(251, 'a')));
+  EXPECT_THAT(paths(), testing::Each("//C:/" + std::string(250, 'a')));
 }
 
 TEST_P(ImportEssenceTest, TheNameIsDecoded) {

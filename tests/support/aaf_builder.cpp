@@ -16,6 +16,8 @@ namespace {
 // The definition of an 8-byte rational.
 constexpr aafUID_t rational_type = {
     0x03010100, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x04, 0x01, 0x01}};
+constexpr aafUID_t operational_pattern = {
+    0x01020203, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05}};
 constexpr aafUID_t component_length = {
     0x07020201, 0x0103, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02}};
 
@@ -498,9 +500,11 @@ void AafBuilder::essence(const aafMobID_t& mob, std::string_view bytes) {
   const auto data = AAF_CREATE(EssenceData);
   AAF_CHECK(data->Initialize(AAF_NEED(IAAFSourceMob, found.get()).get()));
   AAF_CHECK(header_->AddEssenceData(data.get()));
+  // Never without a buffer: data of no bytes is data.
   std::vector<aafUInt8> copy(bytes.begin(), bytes.end());
+  copy.push_back(0);
   aafUInt32 written = 0;
-  AAF_CHECK(data->Write(static_cast<aafUInt32>(copy.size()), copy.data(), &written));
+  AAF_CHECK(data->Write(static_cast<aafUInt32>(bytes.size()), copy.data(), &written));
 }
 
 void AafBuilder::identify(const AafProduct& product) {
@@ -511,7 +515,18 @@ void AafBuilder::identify(const AafProduct& product) {
 }
 
 void AafBuilder::set_operational_pattern(const aafUID_t& pattern) {
-  AAF_CHECK(AAF_NEED(IAAFHeader2, header_.get())->SetOperationalPattern(pattern));
+  aafUID_t copy = pattern;
+  AafRef<IAAFClassDef> cls;
+  AafRef<IAAFPropertyDef> property;
+  AafRef<IAAFTypeDef> type;
+  AafRef<IAAFPropertyValue> value;
+  AAF_CHECK(dictionary_->LookupClassDef(AUID_AAFHeader, cls.put()));
+  AAF_CHECK(cls->LookupPropertyDef(operational_pattern, property.put()));
+  AAF_CHECK(property->GetTypeDef(type.put()));
+  AAF_CHECK(AAF_NEED(IAAFTypeDefRecord, type.get())
+                ->CreateValueFromStruct(reinterpret_cast<aafMemPtr_t>(&copy), sizeof copy,
+                                        value.put()));
+  AAF_CHECK(AAF_NEED(IAAFObject, header_.get())->SetPropertyValue(property.get(), value.get()));
 }
 
 }  // namespace support
