@@ -37,8 +37,8 @@ TEST_P(ImportClipsTest, AClipMayStandAloneInItsSlot) {
 }
 
 TEST_P(ImportClipsTest, FadesOfTheClip) {
-  ASSERT_EQ(import({sound({clip(take(), 100).with_fades({10, kAAFFadeLinearPower, 20,
-                                                         kAAFFadeLinearAmp})})}),
+  ASSERT_EQ(import({sound(
+                {clip(take(), 100).with_fades({10, kAAFFadeLinearPower, 20, kAAFFadeLinearAmp})})}),
             100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100, .fade_in = 10, .fade_out = 20}));
   EXPECT_EQ(entry(0).fade_in_curve, 114);
@@ -54,18 +54,17 @@ TEST_P(ImportClipsTest, TheFadeOutTakesWhatTheFadeInLeaves) {
 TEST_P(ImportClipsTest, DefaultFadesOfTheComposition) {
   host.app.default_crossfade_length = 25;
   const AafTake source = take();
-  ASSERT_EQ(
-      import_composition({.slots = {sound({clip(source, 100), clip(source, 30),
-                               clip(source, 100).with_fades({.in_length = 10, .out_length = 5}),
-                               clip(source, 100), transition(40), clip(source, 100)})},
-              .default_fade = AafDefaultFade{.length = 25, .type = kAAFFadeLinearPower}}),
-      100);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.in = 0, .length = 100, .fade_in = 25, .fade_out = 25},
-                          Edit{.in = 100, .length = 30, .fade_in = 25, .fade_out = 5},
-                          Edit{.in = 130, .length = 100, .fade_in = 10, .fade_out = 5},
-                          Edit{.in = 230, .length = 100, .fade_in = 25, .fade_out = 40},
-                          Edit{.in = 290, .length = 100, .fade_in = 40, .fade_out = 25}));
+  ASSERT_EQ(import_composition(
+                {.slots = {sound({clip(source, 100), clip(source, 30),
+                                  clip(source, 100).with_fades({.in_length = 10, .out_length = 5}),
+                                  clip(source, 100), transition(40), clip(source, 100)})},
+                 .default_fade = AafDefaultFade{.length = 25, .type = kAAFFadeLinearPower}}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_in = 25, .fade_out = 25},
+                                   Edit{.in = 100, .length = 30, .fade_in = 25, .fade_out = 5},
+                                   Edit{.in = 130, .length = 100, .fade_in = 10, .fade_out = 5},
+                                   Edit{.in = 230, .length = 100, .fade_in = 25, .fade_out = 40},
+                                   Edit{.in = 290, .length = 100, .fade_in = 40, .fade_out = 25}));
   EXPECT_EQ(entry(0).fade_in_curve, 114);
   EXPECT_EQ(entry(0).fade_out_curve, 114);
   EXPECT_EQ(entry(2).fade_in_curve, 0);
@@ -74,9 +73,10 @@ TEST_P(ImportClipsTest, DefaultFadesOfTheComposition) {
 
 TEST_P(ImportClipsTest, ADefaultFadeOfNoTypeIsNone) {
   host.app.default_crossfade_length = 7;
-  ASSERT_EQ(import_composition({.slots = {sound({clip(take(), 100)})},
-                    .default_fade = AafDefaultFade{.length = 25, .type = kAAFFadeNone}}),
-            100);
+  ASSERT_EQ(
+      import_composition({.slots = {sound({clip(take(), 100)})},
+                          .default_fade = AafDefaultFade{.length = 25, .type = kAAFFadeNone}}),
+      100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}));
   EXPECT_THAT(boxes(), IsEmpty());
 }
@@ -85,7 +85,7 @@ TEST_P(ImportClipsTest, AnotherDefaultFadeIsOfferedToTheHost) {
   host.app.default_crossfade_length = 7;
   host.boxes.message_answers = {box_answer_yes};
   ASSERT_EQ(import_composition({.slots = {sound({clip(take(), 1000)})},
-                    .default_fade = AafDefaultFade{.length = 480}}),
+                                .default_fade = AafDefaultFade{.length = 480}}),
             100);
   EXPECT_THAT(boxes(), ElementsAre("[24732]"));
   EXPECT_THAT(host.app.crossfade_lengths_set, ElementsAre(480));
@@ -95,7 +95,7 @@ TEST_P(ImportClipsTest, ADefaultFadeThatIsRefusedStays) {
   host.app.default_crossfade_length = 7;
   host.boxes.message_answers = {box_answer_no};
   ASSERT_EQ(import_composition({.slots = {sound({clip(take(), 1000)})},
-                    .default_fade = AafDefaultFade{.length = 480}}),
+                                .default_fade = AafDefaultFade{.length = 480}}),
             100);
   EXPECT_THAT(boxes(), ElementsAre("[24732]"));
   EXPECT_THAT(host.app.crossfade_lengths_set, IsEmpty());
@@ -104,7 +104,7 @@ TEST_P(ImportClipsTest, ADefaultFadeThatIsRefusedStays) {
 TEST_P(ImportClipsTest, ADefaultFadeThatTheHostHasIsNotOffered) {
   host.app.default_crossfade_length = 480;
   ASSERT_EQ(import_composition({.slots = {sound({clip(take(), 1000)})},
-                    .default_fade = AafDefaultFade{.length = 480}}),
+                                .default_fade = AafDefaultFade{.length = 480}}),
             100);
   EXPECT_THAT(boxes(), IsEmpty());
 }
@@ -114,7 +114,7 @@ TEST_P(ImportClipsTest, ADefaultFadeInFramesComesOutAsNothing) {
   host.app.default_crossfade_length = 7;
   host.boxes.message_answers = {box_answer_yes};
   ASSERT_EQ(import_composition({.slots = {sound({clip(take(), 1000)})},
-                    .default_fade = AafDefaultFade{.length = 2, .unit = at_25}}),
+                                .default_fade = AafDefaultFade{.length = 2, .unit = at_25}}),
             100);
   EXPECT_THAT(host.app.crossfade_lengths_set, ElementsAre(0));
 }
@@ -183,9 +183,8 @@ TEST_P(ImportClipsTest, FadesScaleWithTheClip) {
                            transition(4), clip(source, 10)},
                           at_25)}),
             100);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.length = 96'000, .fade_in = 3'840, .fade_out = 7'680},
-                          Edit{.in = 88'320, .length = 19'200, .fade_in = 7'680}));
+  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 96'000, .fade_in = 3'840, .fade_out = 7'680},
+                                   Edit{.in = 88'320, .length = 19'200, .fade_in = 7'680}));
 }
 
 TEST_P(ImportClipsTest, WithoutASourceTheClipStaysWithItsSlotsRate) {
@@ -263,8 +262,7 @@ TEST_P(ImportClipsTest, ARateWithoutAnIndexIsToldOnce) {
   ASSERT_EQ(import({sound({clip(source, 25), clip(source, 25)}, at_25)}), 100);
   EXPECT_THAT(boxes(), ElementsAre("[24731] 22050"));
   EXPECT_EQ(aaf().sample_rate_index(), rate_not_set);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.length = 22'050}, Edit{.in = 22'050, .length = 22'050}));
+  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 22'050}, Edit{.in = 22'050, .length = 22'050}));
 }
 
 TEST_P(ImportClipsTest, ARateThatChangesIsToldOnce) {
@@ -349,9 +347,10 @@ TEST_P(ImportClipsTest, ForcedCurvesGoBeforeThoseOfTheFile) {
   settings.default_fade_in_curve = 5;
   settings.default_fade_out_curve = 6;
   edl.set_edl_conversion_settings(&settings);
-  ASSERT_EQ(import({sound({clip(take(), 100).with_fades(
-                {10, kAAFFadeLinearPower, 10, kAAFFadeLinearPower})})}),
-            100);
+  ASSERT_EQ(
+      import({sound(
+          {clip(take(), 100).with_fades({10, kAAFFadeLinearPower, 10, kAAFFadeLinearPower})})}),
+      100);
   EXPECT_EQ(entry(0).fade_in_curve, 5);
   EXPECT_EQ(entry(0).fade_out_curve, 6);
 }

@@ -233,8 +233,8 @@ TEST_P(ImportEssenceTest, OfTwoLocatorsTheFirst) {
 }
 
 TEST_P(ImportEssenceTest, AFirstLocatorWithoutAPathMeansTheCopy) {
-  const AafTake source = embedded(
-      {.locators = {L"file:///C:/b.wav"}, .leading_text_locator = true}, pattern(100));
+  const AafTake source =
+      embedded({.locators = {L"file:///C:/b.wav"}, .leading_text_locator = true}, pattern(100));
   ASSERT_EQ(import({sound({clip(source, 10)})}), 100);
   EXPECT_THAT(paths(), ElementsAre(audio("2_7_9")));
 }
@@ -333,9 +333,8 @@ class TimeReferenceTest : public BothWaysImportTest {
  protected:
   std::int64_t source_in(std::vector<aafUInt8> head,
                          AafSource::Essence essence = AafSource::Essence::wave) {
-    const AafTake source = file().source({.essence = essence,
-                                          .locators = {L"file:///C:/a.wav"},
-                                          .summary = std::move(head)});
+    const AafTake source = file().source(
+        {.essence = essence, .locators = {L"file:///C:/a.wav"}, .summary = std::move(head)});
     EXPECT_EQ(import({sound({clip(source, 10, 5)})}), 100);
     return edits().at(0).source;
   }

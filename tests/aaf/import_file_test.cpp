@@ -133,9 +133,9 @@ TEST_P(ImportFileTest, AFailureInTheWalkLeavesTheListsAsTheyWere) {
   clock.mark_in = 5;
   const AafTake source = take();
   const aafMobID_t missing = file().new_id();
-  EXPECT_EQ(import({clock, sound({gain(10, {point(0, 1, 1)}, clip(source, 10)),
-                                  clip(missing, 10)})}),
-            11);
+  EXPECT_EQ(
+      import({clock, sound({gain(10, {point(0, 1, 1)}, clip(source, 10)), clip(missing, 10)})}),
+      11);
   expect_nothing_read();
 }
 

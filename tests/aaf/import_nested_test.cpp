@@ -32,14 +32,14 @@ TEST_P(ImportNestedTest, TheWindowCutsAtBothEnds) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({clip(source, 60), clip(source, 140)})});
   ASSERT_EQ(import_top({sound({clip(inner, 100, 50)})}), 100);
-  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 10, .source = 50},
-                                   Edit{.in = 10, .length = 90}));
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.in = 0, .length = 10, .source = 50}, Edit{.in = 10, .length = 90}));
 }
 
 TEST_P(ImportNestedTest, ClipsBesideTheWindowAreLeftOut) {
   const AafTake source = take();
-  const aafMobID_t inner = nested(
-      {sound({clip(source, 50), clip(source, 100, 3), clip(source, 50), filler(20)})});
+  const aafMobID_t inner =
+      nested({sound({clip(source, 50), clip(source, 100, 3), clip(source, 50), filler(20)})});
   ASSERT_EQ(import_top({sound({clip(inner, 100, 50)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .source = 3}));
 }
@@ -60,8 +60,7 @@ TEST_P(ImportNestedTest, TwiceOnOneSlot) {
 
 TEST_P(ImportNestedTest, TheSlotThatIsAskedFor) {
   const AafTake source = take();
-  const aafMobID_t inner =
-      nested({sound({clip(source, 100, 1)}), sound({clip(source, 100, 2)})});
+  const aafMobID_t inner = nested({sound({clip(source, 100, 1)}), sound({clip(source, 100, 2)})});
   ASSERT_EQ(import_top({sound({clip(inner, 10, 0, 2)}), sound({clip(inner, 10, 0, 1)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 10, .source = 2},
                                    Edit{.stream = 1, .length = 10, .source = 1}));
@@ -71,8 +70,7 @@ TEST_P(ImportNestedTest, NotSoundNotATimelineGiveNothing) {
   AafSlot event = sound({clip(take(), 100)});
   event.kind = AafSlot::Kind::event;
   const AafTake source = take();
-  const aafMobID_t inner =
-      nested({{.segment = filler(100).with_data(kAAFDataDef_Picture)}, event});
+  const aafMobID_t inner = nested({{.segment = filler(100).with_data(kAAFDataDef_Picture)}, event});
   ASSERT_EQ(import_top({sound({clip(inner, 100), clip(inner, 50, 0, 2), clip(source, 10)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 150, .length = 10}));
 }
@@ -94,8 +92,7 @@ TEST_P(ImportNestedTest, TheFadeBeforeItGoesToItsFirstClip) {
 
 TEST_P(ImportNestedTest, TransitionsInside) {
   const AafTake source = take();
-  const aafMobID_t inner =
-      nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
+  const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
   ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 190)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 100, .fade_out = 10},
                                    Edit{.in = 1090, .length = 100, .fade_in = 10}));
@@ -137,13 +134,13 @@ class NestedStreamTest : public AafImportTest {
  protected:
   void import_gain_on_stream_three() {
     const AafTake source = take();
-    const aafMobID_t inner = file().composition(
-        {.slots = {sound({gain(100, {1, 2}, clip(source, 100)),
-                          gain(100, {point(0, 1, 1)}, clip(source, 100)), transition(10),
-                          clip(source, 50)})}});
+    const aafMobID_t inner =
+        file().composition({.slots = {sound({gain(100, {1, 2}, clip(source, 100)),
+                                             gain(100, {point(0, 1, 1)}, clip(source, 100)),
+                                             transition(10), clip(source, 50)})}});
     ASSERT_EQ(import_composition({.slots = {sound({clip(source, 100)}), sound({filler(1)}),
-                                sound({filler(1)}), sound({clip(inner, 240)})},
-                      .usage = kAAFUsage_TopLevel}),
+                                            sound({filler(1)}), sound({clip(inner, 240)})},
+                                  .usage = kAAFUsage_TopLevel}),
               100);
   }
 };
@@ -161,10 +158,10 @@ TEST_F(NestedStreamTest, ByTheLetterGainGoesToStreamZero) {
 TEST_F(NestedStreamTest, CorrectedGainStaysOnItsStream) {
   correct(Correction::aaf_nested_stream, true);
   import_gain_on_stream_three();
-  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 100},
-                                   Edit{.stream = 3, .length = 100},
-                                   Edit{.stream = 3, .in = 100, .length = 100, .fade_out = 10},
-                                   Edit{.stream = 3, .in = 190, .length = 50, .fade_in = 10}));
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.stream = 0, .length = 100}, Edit{.stream = 3, .length = 100},
+                          Edit{.stream = 3, .in = 100, .length = 100, .fade_out = 10},
+                          Edit{.stream = 3, .in = 190, .length = 50, .fade_in = 10}));
   EXPECT_THAT(levels(), ElementsAre(1.0F, 0.5F, 1.0F, 1.0F));
   EXPECT_THAT(automation(), ElementsAre(Chunk{0, 3, {{100, 384}}}));
 }

@@ -39,10 +39,10 @@ TEST_P(ImportOperationsTest, GainRoundTwoClipsReachesTheFirst) {
 
 TEST_P(ImportOperationsTest, GainReachesOnlyItsOwnSpanAndStream) {
   const AafTake source = take();
-  ASSERT_EQ(import({sound({clip(source, 300)}),
-                    sound({clip(source, 100), gain(100, {1, 2}, clip(source, 100)),
-                           clip(source, 100)})}),
-            100);
+  ASSERT_EQ(
+      import({sound({clip(source, 300)}),
+              sound({clip(source, 100), gain(100, {1, 2}, clip(source, 100)), clip(source, 100)})}),
+      100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .in = 0, .length = 300},
                                    Edit{.stream = 1, .in = 0, .length = 100},
                                    Edit{.stream = 1, .in = 100, .length = 100},
@@ -79,15 +79,14 @@ TEST_P(ImportOperationsTest, AVaryingGainIsAutomation) {
                            gain(48'000, level, clip(source, 48'000))})}),
             100);
   // Where the second begins there is a point already, so its own is one sample late.
-  EXPECT_THAT(automation(),
-              ElementsAre(Chunk{0, 0, {{96'000, 384}, {144'000, 384}, {144'001, 384},
-                                     {192'000, 384}}}));
+  EXPECT_THAT(
+      automation(),
+      ElementsAre(Chunk{0, 0, {{96'000, 384}, {144'000, 384}, {144'001, 384}, {192'000, 384}}}));
   EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
 }
 
 TEST_P(ImportOperationsTest, PointsBehindTheEndAreDropped) {
-  ASSERT_EQ(import({sound({gain(100, {point(0, 1, 1), point(2, 1, 1)}, clip(take(), 100))})}),
-            100);
+  ASSERT_EQ(import({sound({gain(100, {point(0, 1, 1), point(2, 1, 1)}, clip(take(), 100))})}), 100);
   EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{0, 384}}}));
 }
 
@@ -108,9 +107,9 @@ TEST_P(ImportOperationsTest, AConstantPanIsDropped) {
 
 TEST_P(ImportOperationsTest, PanRoundAWholeTrack) {
   const AafTake source = take();
-  ASSERT_EQ(import({AafSlot{.segment = pan(300, {point(0, 1, 0), point(1, 1, 1)},
-                                           sequence({clip(source, 100), filler(100),
-                                                     clip(source, 100)}))}}),
+  ASSERT_EQ(import({AafSlot{
+                .segment = pan(300, {point(0, 1, 0), point(1, 1, 1)},
+                               sequence({clip(source, 100), filler(100), clip(source, 100)}))}}),
             100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}, Edit{.in = 200, .length = 100}));
   EXPECT_THAT(automation(), ElementsAre(Chunk{2, 0, {{0, 0}, {300, 504}}}));
@@ -167,8 +166,8 @@ TEST_P(ImportOperationsTest, AnotherOperationPassesItsFirstInputThrough) {
                                  {constant(kAAFParameterDef_Amplitude, {1, 2})}),
                            clip(source, 50)})}),
             100);
-  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100, .source = 1},
-                                   Edit{.in = 100, .length = 50}));
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.length = 100, .source = 1}, Edit{.in = 100, .length = 50}));
   EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
 }
 
@@ -216,8 +215,8 @@ TEST_P(ImportOperationsTest, VaryingGainOnAScopeReference) {
 
 TEST_P(ImportOperationsTest, OfASelectorTheSelectedSegment) {
   const AafTake source = take();
-  ASSERT_EQ(import({sound({selector(100, filler(100)), selector(50, clip(source, 50)),
-                           clip(source, 10)})}),
+  ASSERT_EQ(import({sound(
+                {selector(100, filler(100)), selector(50, clip(source, 50)), clip(source, 10)})}),
             100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 100, .length = 50}, Edit{.in = 150, .length = 10}));
 }
@@ -238,8 +237,8 @@ class StalePositionTest : public AafImportTest {
     while (!edl.get_generic_entry_list()->IsEmpty())
       delete edl.get_generic_entry_list()->RemoveHead();
     const AafTake source = take();
-    EXPECT_EQ(import({sound({gain(100, {1, 2}, clip(source, 100)), std::move(component),
-                             clip(source, 10)})}),
+    EXPECT_EQ(import({sound(
+                  {gain(100, {1, 2}, clip(source, 100)), std::move(component), clip(source, 10)})}),
               100);
     EXPECT_EQ(entries().size(), 2U);
     return edits().back().in;
@@ -274,9 +273,9 @@ TEST_F(StalePositionTest, CorrectedItIsItsLength) {
 
 TEST_P(ImportOperationsTest, AnUnknownComponentBehindAClipTakesItsLength) {
   const AafTake source = take();
-  ASSERT_EQ(import({sound({clip(source, 100), essence_group(40, {clip(source, 40)}),
-                           clip(source, 10)})}),
-            100);
+  ASSERT_EQ(
+      import({sound({clip(source, 100), essence_group(40, {clip(source, 40)}), clip(source, 10)})}),
+      100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}, Edit{.in = 140, .length = 10}));
 }
 
@@ -284,8 +283,8 @@ class GroupLengthTest : public AafImportTest {
  protected:
   void import_longer() {
     const AafTake source = take();
-    ASSERT_EQ(import({sound({group(93'860, some_operation, {clip(source, 92'000)}),
-                             filler(106'140), clip(source, 500)})}),
+    ASSERT_EQ(import({sound({group(93'860, some_operation, {clip(source, 92'000)}), filler(106'140),
+                             clip(source, 500)})}),
               100);
   }
   void import_shorter() {

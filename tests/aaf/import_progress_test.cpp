@@ -11,7 +11,9 @@ using testing::IsEmpty;
 
 class EssenceProgressTest : public testing::Test {
  protected:
-  [[nodiscard]] const support::ProgressRecord& window() const { return *host.windows.windows.at(0); }
+  [[nodiscard]] const support::ProgressRecord& window() const {
+    return *host.windows.windows.at(0);
+  }
   support::ScriptedHost host;
   std::int32_t abort_flag = 0;
 };
@@ -30,9 +32,7 @@ TEST_F(EssenceProgressTest, TextsOfAnImport) {
 }
 
 TEST_F(EssenceProgressTest, CaptionsOfAnExport) {
-  {
-    CEssenceStorageProgressDlg dialog(0, 1, 1, &abort_flag);
-  }
+  { CEssenceStorageProgressDlg dialog(0, 1, 1, &abort_flag); }
   EXPECT_THAT(host.windows.windows.at(0)->captions, ElementsAre("Exporting audio..."));
   EXPECT_TRUE(host.windows.windows.at(0)->closed);
   host.app.aaf_embed_audio = 1;

@@ -28,8 +28,7 @@ TEST_P(ImportTimecodeTest, TheStartMovesEntriesAndAutomationButNoMarks) {
   clock.mark_in = 10;
   clock.mark_out = 20;
   const AafTake source = take();
-  ASSERT_EQ(import({clock, sound({gain(1000, {point(0, 1, 1), point(1, 1, 1)},
-                                       clip(source, 1000)),
+  ASSERT_EQ(import({clock, sound({gain(1000, {point(0, 1, 1), point(1, 1, 1)}, clip(source, 1000)),
                                   clip(source, 1000)})}),
             100);
   EXPECT_EQ(aaf().frame_rate(), 1);
@@ -53,8 +52,8 @@ TEST_P(ImportTimecodeTest, EachKindOfTimecodeHasItsFrameRate) {
     aafUInt16 fps;
     int index;
   };
-  constexpr Row rows[] = {{kAAFTcDrop, 29, 3},    {kAAFTcDrop, 30, 3},    {kAAFTcNonDrop, 24, 0},
-                          {kAAFTcNonDrop, 25, 1}, {kAAFTcNonDrop, 29, 2}, {kAAFTcNonDrop, 30, 4},
+  constexpr Row rows[] = {{kAAFTcDrop, 29, 3},     {kAAFTcDrop, 30, 3},    {kAAFTcNonDrop, 24, 0},
+                          {kAAFTcNonDrop, 25, 1},  {kAAFTcNonDrop, 29, 2}, {kAAFTcNonDrop, 30, 4},
                           {kAAFTcNonDrop, 60, 255}};
   int count = 0;
   for (const Row& row : rows) {
@@ -154,8 +153,7 @@ TEST_P(ImportTimecodeTest, MarksAreNotMovedAndMayLieAnywhere) {
   clock.mark_in = -5;
   clock.mark_out = 9'000'000'000'000;
   ASSERT_EQ(import_with({clock}), 100);
-  EXPECT_THAT(locators(),
-              ElementsAre("LEFT_LOCATOR\t\t\t -5", "RIGHT_LOCATOR\t\t 9000000000000"));
+  EXPECT_THAT(locators(), ElementsAre("LEFT_LOCATOR\t\t\t -5", "RIGHT_LOCATOR\t\t 9000000000000"));
 }
 
 }  // namespace

@@ -47,25 +47,23 @@ TEST_P(ImportTransitionsTest, OutOfAFillerAtTheHead) {
 
 TEST_P(ImportTransitionsTest, IntoAFillerOnlyTheClipBeforeFades) {
   const AafTake source = take();
-  ASSERT_EQ(
-      import({sound({clip(source, 100), transition(10), filler(40), clip(source, 20)})}), 100);
+  ASSERT_EQ(import({sound({clip(source, 100), transition(10), filler(40), clip(source, 20)})}),
+            100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 10},
                                    Edit{.in = 130, .length = 20}));
 }
 
 TEST_P(ImportTransitionsTest, OutOfAFillerTheClipBeforeItKeepsItsEnd) {
   const AafTake source = take();
-  ASSERT_EQ(import({sound({clip(source, 50), filler(20), transition(10), clip(source, 40)})}),
-            100);
+  ASSERT_EQ(import({sound({clip(source, 50), filler(20), transition(10), clip(source, 40)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 50},
                                    Edit{.in = 60, .length = 40, .fade_in = 10}));
 }
 
 TEST_P(ImportTransitionsTest, SilenceAtTheHeadOfTheIncomingLevelMovesTheClip) {
   ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)})), 100);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
-                          Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
 }
 
 TEST_P(ImportTransitionsTest, SilenceAtTheEndOfTheOutgoingLevelShortensTheClip) {
@@ -150,9 +148,8 @@ TEST_P(ImportTransitionsTest, OfEqualCurvesTheLowestNumberIsTaken) {
 TEST_P(ImportTransitionsTest, ALevelThatNeverBecomesFullEndsWithTheTransition) {
   ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 9, 10)})),
             100);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
-                          Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
 }
 
 TEST_P(ImportTransitionsTest, PointsAtOneTimeMakeNoFade) {
@@ -165,8 +162,7 @@ TEST_P(ImportTransitionsTest, PointsAtOneTimeMakeNoFade) {
 TEST_P(ImportTransitionsTest, TheOffsetGoesOnFromClipToClip) {
   const AafTake source = take();
   const AafPart joint = dissolve(80, {point(0, 1, 0), point(1, 4, 0), point(1, 1, 1)});
-  ASSERT_EQ(import({sound({clip(source, 200), joint, clip(source, 100), clip(source, 100)})}),
-            100);
+  ASSERT_EQ(import({sound({clip(source, 200), joint, clip(source, 100), clip(source, 100)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 80},
                                    Edit{.in = 140, .length = 80, .source = 20, .fade_in = 60},
                                    Edit{.in = 240, .length = 80, .source = 20}));
@@ -175,9 +171,9 @@ TEST_P(ImportTransitionsTest, TheOffsetGoesOnFromClipToClip) {
 TEST_P(ImportTransitionsTest, AFillerStopsTheOffset) {
   const AafTake source = take();
   const AafPart joint = dissolve(80, {point(0, 1, 0), point(1, 4, 0), point(1, 1, 1)});
-  ASSERT_EQ(import({sound({clip(source, 200), joint, clip(source, 100), filler(10),
-                           clip(source, 100)})}),
-            100);
+  ASSERT_EQ(
+      import({sound({clip(source, 200), joint, clip(source, 100), filler(10), clip(source, 100)})}),
+      100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 80},
                                    Edit{.in = 140, .length = 80, .source = 20, .fade_in = 60},
                                    Edit{.in = 230, .length = 100}));
@@ -226,15 +222,14 @@ TEST_P(ImportTransitionsTest, LevelsWithoutADenominatorAreSkipped) {
   ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 4, 1, 0), point(1, 0, 1),
                                           point(1, 2, 0), point(1, 1, 1)})),
             100);
-  EXPECT_THAT(edits(),
-              ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
-                          Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
 }
 
 TEST_P(ImportTransitionsTest, WildLevelsDoNoHarm) {
   constexpr aafInt32 most = 2'147'483'647;
-  ASSERT_EQ(import_between(dissolve(
-                100, {point(0, 1, 0), point(1, 2, most), point(-most, 1, most), point(most, 1, 1)})),
+  ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 2, most), point(-most, 1, most),
+                                          point(most, 1, 1)})),
             100);
   EXPECT_EQ(entries().size(), 2U);
 }

@@ -76,7 +76,8 @@ TEST_P(SourcePathsTest, AnAddressOfNothingIsARelativePath) {
 }
 
 TEST_P(SourcePathsTest, ShortTextsDoNoHarm) {
-  for (const char* const text : {"a", ".", "..", "...", "....", "a.b", "/.", "C:", "C:\\", "%", "%4"})
+  for (const char* const text :
+       {"a", ".", "..", "...", "....", "a.b", "/.", "C:", "C:\\", "%", "%4"})
     EXPECT_FALSE(resolved(text).empty()) << text;
 }
 

@@ -54,12 +54,18 @@ aafDataBuffer_t memory(aafRational_t& value) {
 
 const aafUID_t& descriptor_class(AafSource::Essence essence) {
   switch (essence) {
-    case AafSource::Essence::aifc: return AUID_AAFAIFCDescriptor;
-    case AafSource::Essence::pcm: return AUID_AAFPCMDescriptor;
-    case AafSource::Essence::picture: return AUID_AAFCDCIDescriptor;
-    case AafSource::Essence::tape: return AUID_AAFTapeDescriptor;
-    case AafSource::Essence::import_only: return AUID_AAFImportDescriptor;
-    default: return AUID_AAFWAVEDescriptor;
+    case AafSource::Essence::aifc:
+      return AUID_AAFAIFCDescriptor;
+    case AafSource::Essence::pcm:
+      return AUID_AAFPCMDescriptor;
+    case AafSource::Essence::picture:
+      return AUID_AAFCDCIDescriptor;
+    case AafSource::Essence::tape:
+      return AUID_AAFTapeDescriptor;
+    case AafSource::Essence::import_only:
+      return AUID_AAFImportDescriptor;
+    default:
+      return AUID_AAFWAVEDescriptor;
   }
 }
 
@@ -246,7 +252,11 @@ void AafBuilder::save() {
 
 aafMobID_t AafBuilder::new_id() {
   aafMobID_t id = {{0x06, 0x0a, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x0f, 0x00},
-                   0x13, 0, 0, 0, {++mobs_, 7, 9, {1, 2, 3, 4, 5, 6, 7, 8}}};
+                   0x13,
+                   0,
+                   0,
+                   0,
+                   {++mobs_, 7, 9, {1, 2, 3, 4, 5, 6, 7, 8}}};
   return id;
 }
 
@@ -437,8 +447,8 @@ void AafBuilder::add_slot(IAAFMob& mob, const AafSlot& slot, std::size_t place) 
 }
 
 void AafBuilder::describe(IAAFMob& mob, const AafSource& source) {
-  const auto descriptor = create<IAAFEssenceDescriptor>(descriptor_class(source.essence),
-                                                        IID_IAAFEssenceDescriptor);
+  const auto descriptor =
+      create<IAAFEssenceDescriptor>(descriptor_class(source.essence), IID_IAAFEssenceDescriptor);
   if (const auto file = AAF_QUERY(IAAFFileDescriptor, descriptor.get())) {
     AAF_CHECK(file->SetSampleRate(source.sample_rate));
     AAF_CHECK(file->SetLength(source.length));
@@ -481,12 +491,11 @@ AafTake AafBuilder::source(const AafSource& source) {
 aafMobID_t AafBuilder::composition(const AafComposition& composition) {
   const aafMobID_t id = composition.id ? *composition.id : new_id();
   const auto mob = make_mob(AUID_AAFCompositionMob, composition.name, id);
-  if (composition.usage)
-    AAF_CHECK(AAF_NEED(IAAFMob2, mob.get())->SetUsageCode(*composition.usage));
+  if (composition.usage) AAF_CHECK(AAF_NEED(IAAFMob2, mob.get())->SetUsageCode(*composition.usage));
   if (composition.default_fade) {
     const AafDefaultFade& fade = *composition.default_fade;
-    AAF_CHECK(AAF_NEED(IAAFCompositionMob, mob.get())
-                  ->SetDefaultFade(fade.length, fade.type, fade.unit));
+    AAF_CHECK(
+        AAF_NEED(IAAFCompositionMob, mob.get())->SetDefaultFade(fade.length, fade.type, fade.unit));
   }
   std::size_t place = 0;
   for (const AafSlot& slot : composition.slots)
@@ -523,9 +532,9 @@ void AafBuilder::set_operational_pattern(const aafUID_t& pattern) {
   AAF_CHECK(dictionary_->LookupClassDef(AUID_AAFHeader, cls.put()));
   AAF_CHECK(cls->LookupPropertyDef(operational_pattern, property.put()));
   AAF_CHECK(property->GetTypeDef(type.put()));
-  AAF_CHECK(AAF_NEED(IAAFTypeDefRecord, type.get())
-                ->CreateValueFromStruct(reinterpret_cast<aafMemPtr_t>(&copy), sizeof copy,
-                                        value.put()));
+  AAF_CHECK(
+      AAF_NEED(IAAFTypeDefRecord, type.get())
+          ->CreateValueFromStruct(reinterpret_cast<aafMemPtr_t>(&copy), sizeof copy, value.put()));
   AAF_CHECK(AAF_NEED(IAAFObject, header_.get())->SetPropertyValue(property.get(), value.get()));
 }
 

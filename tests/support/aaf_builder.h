@@ -204,7 +204,8 @@ class AafBuilder {
   void fill_holder(IAAFComponent& component, const AafPart& part);
   [[nodiscard]] AafRef<IAAFParameter> make_parameter(const AafParameter& parameter);
   void add_points(IAAFVaryingValue& varying, const AafParameter& parameter);
-  [[nodiscard]] AafRef<IAAFMob> make_mob(const aafUID_t& cls, const std::optional<std::wstring>& name,
+  [[nodiscard]] AafRef<IAAFMob> make_mob(const aafUID_t& cls,
+                                         const std::optional<std::wstring>& name,
                                          const aafMobID_t& id);
   void add_slot(IAAFMob& mob, const AafSlot& slot, std::size_t place);
   void describe(IAAFMob& mob, const AafSource& source);
