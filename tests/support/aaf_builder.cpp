@@ -478,7 +478,7 @@ AafTake AafBuilder::source(const AafSource& source) {
   take.master = new_id();
   const aafRational_t rate = source.slot_rate.value_or(source.sample_rate);
   if (source.essence != AafSource::Essence::none) {
-    take.file = new_id();
+    take.file = source.file_id ? *source.file_id : new_id();
     const auto mob = make_mob(AUID_AAFSourceMob, L"source", take.file);
     add_slot(*mob.get(), {.segment = clip(aafMobID_t{}, source.length, 0, 0), .rate = rate}, 0);
     describe(*mob.get(), source);

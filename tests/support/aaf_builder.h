@@ -161,6 +161,8 @@ struct AafSource {
   // A locator without a path stands before the others.
   bool leading_text_locator = false;
   std::vector<aafUInt8> summary{};
+  // Of the source mob; a new one when empty.
+  std::optional<aafMobID_t> file_id{};
 };
 
 struct AafProduct {
