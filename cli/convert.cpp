@@ -54,9 +54,9 @@ bool find_audio(const CGenericEdl& edl, embedded::MediaLibrary& media) {
     if (field_text(entry->file_path).empty()) ++nameless;
     entry->audio_content = media.absent();
   }
-  if (nameless == 0) return all;
-  warn(counted(nameless, "edit names", "edits name") + " no audio, clip or reel");
-  return false;
+  if (nameless > 0)
+    warn(counted(nameless, "edit names", "edits name") + " no audio, clip or reel");
+  return all && nameless == 0;
 }
 
 // An object of the format that works on the root's lists at the root's rates.
@@ -73,7 +73,7 @@ std::unique_ptr<CGenericEdl> exporter(const FormatRow& format, CGenericEdl& root
 // Runs the export. True when the system took every byte.
 bool export_to(CGenericEdl& edl, const FormatRow& format, const std::string& path, int flag) {
   try {
-    const result_code code = edl.export_edl(text_from_utf8(path).c_str(), flag);
+    const result_code code = edl.export_edl(path_for(format, path).c_str(), flag);
     if (code != result::done) {
       tell(why_not_exported(format, path, code));
       return false;

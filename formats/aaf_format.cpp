@@ -35,6 +35,22 @@ std::unique_ptr<CGenericEdl> make(CGenericEdl* parent, int interactive,
   return std::make_unique<CAAFEdlFile>(parent, interactive);
 }
 
+FileFacts facts(const CGenericEdl& imported) {
+  const auto& file = static_cast<const CAAFEdlFile&>(imported);
+  FileFacts facts;
+  if (const CAAFLogger* const report = file.report(); report != nullptr) {
+    for (const CString* const text :
+         {&report->company_name, &report->product_name, &report->product_version}) {
+      if (text->IsEmpty()) continue;
+      facts.maker += (facts.maker.empty() ? "" : " ") + utf8_from_text(text->view());
+    }
+  }
+  for (const CString& name : file.composition_names())
+    facts.compositions.push_back(utf8_from_text(name.view()));
+  facts.composition = file.composition();
+  return facts;
+}
+
 std::vector<std::string> outputs(const std::string& path) {
   return {utf8_from_text(aaf::output_path(text_from_utf8(path)))};
 }
@@ -87,22 +103,6 @@ std::vector<std::string> further_losses(const CGenericEdl& root) {
   return losses;
 }
 
-FileFacts facts(const CGenericEdl& imported) {
-  const auto& file = static_cast<const CAAFEdlFile&>(imported);
-  FileFacts facts;
-  if (const CAAFLogger* const report = file.report(); report != nullptr) {
-    for (const CString* const text :
-         {&report->company_name, &report->product_name, &report->product_version}) {
-      if (text->IsEmpty()) continue;
-      facts.maker += (facts.maker.empty() ? "" : " ") + utf8_from_text(text->view());
-    }
-  }
-  for (const CString& name : file.composition_names())
-    facts.compositions.push_back(utf8_from_text(name.view()));
-  facts.composition = file.composition();
-  return facts;
-}
-
 }  // namespace
 
 FormatRow aaf_row() {
@@ -111,14 +111,15 @@ FormatRow aaf_row() {
   row.title = "Advanced Authoring Format (AAF)";
   row.extensions = {".aaf"};
   row.wants_audio = true;
+  row.names_places = true;
   row.carries.automation = true;
   row.carries.locators = true;
   row.make = make;
   row.match = match;
+  row.facts = facts;
   row.outputs = outputs;
   row.complete = complete;
   row.further_losses = further_losses;
-  row.facts = facts;
   // Its clips and its time code say both, as far as it has any.
   row.states_sample_rate = always_stated;
   row.states_frame_rate = always_stated;

@@ -57,10 +57,10 @@ std::vector<std::string> single_output(const std::string& path);
 inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
   return {};
 }
-inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
+inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
   return {};
 }
-inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
+inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
   return {};
 }
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
@@ -78,6 +78,8 @@ struct FormatRow {
   Carries carries;
   // The export reads the audio of the edits, so it is looked for beforehand.
   bool wants_audio = false;
+  // The file tells where others lie, seen from its own place, so that is told in full.
+  bool names_places = false;
   // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
   // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
   bool frame_rate_by_fcm = false;

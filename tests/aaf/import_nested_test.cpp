@@ -1,0 +1,169 @@
+// Clips that play another composition, through the window that they leave open.
+//
+// Slots and sources count samples of 48 kHz here.
+
+#include "tests/aaf/import_fixture.h"
+
+using namespace support;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class ImportNestedTest : public BothWaysImportTest {
+ protected:
+  // The composition that is chosen has the usage; the nested one has none.
+  result_code import_top(std::vector<AafSlot> slots) {
+    return import_composition({.slots = std::move(slots), .usage = kAAFUsage_TopLevel});
+  }
+  aafMobID_t nested(std::vector<AafSlot> slots) {
+    return file().composition({.name = L"inner", .slots = std::move(slots)});
+  }
+};
+INSTANTIATE_TEST_SUITE_P(, ImportNestedTest, both_ways(), way_name);
+
+TEST_P(ImportNestedTest, OnlyWhatLiesInTheWindow) {
+  const aafMobID_t inner = nested({sound({clip(take(), 200)})});
+  ASSERT_EQ(import_top({sound({filler(30), clip(inner, 100, 50)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 30, .length = 100, .source = 50}));
+}
+
+TEST_P(ImportNestedTest, TheWindowCutsAtBothEnds) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 60), clip(source, 140)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 100, 50)})}), 100);
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.in = 0, .length = 10, .source = 50}, Edit{.in = 10, .length = 90}));
+}
+
+TEST_P(ImportNestedTest, ClipsBesideTheWindowAreLeftOut) {
+  const AafTake source = take();
+  const aafMobID_t inner =
+      nested({sound({clip(source, 50), clip(source, 100, 3), clip(source, 50), filler(20)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 100, 50)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .source = 3}));
+}
+
+TEST_P(ImportNestedTest, FillersOfTheWindowKeepTheirPlace) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({filler(60), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({filler(7), clip(inner, 100, 50)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 17, .length = 90}));
+}
+
+TEST_P(ImportNestedTest, TwiceOnOneSlot) {
+  const aafMobID_t inner = nested({sound({clip(take(), 200)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 100, 50), clip(inner, 60, 10)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .source = 50},
+                                   Edit{.in = 100, .length = 60, .source = 10}));
+}
+
+TEST_P(ImportNestedTest, TheSlotThatIsAskedFor) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 100, 1)}), sound({clip(source, 100, 2)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 10, 0, 2)}), sound({clip(inner, 10, 0, 1)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 10, .source = 2},
+                                   Edit{.stream = 1, .length = 10, .source = 1}));
+}
+
+TEST_P(ImportNestedTest, NotSoundNotATimelineGiveNothing) {
+  AafSlot event = sound({clip(take(), 100)});
+  event.kind = AafSlot::Kind::event;
+  const AafTake source = take();
+  const aafMobID_t inner = nested({{.segment = filler(100).with_data(kAAFDataDef_Picture)}, event});
+  ASSERT_EQ(import_top({sound({clip(inner, 100), clip(inner, 50, 0, 2), clip(source, 10)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 150, .length = 10}));
+}
+
+TEST_P(ImportNestedTest, AMissingSlotEndsTheImport) {
+  const aafMobID_t inner = nested({sound({clip(take(), 100)})});
+  EXPECT_EQ(import_top({sound({clip(inner, 100, 0, 9)})}), 11);
+  EXPECT_THAT(edits(), IsEmpty());
+}
+
+TEST_P(ImportNestedTest, TheFadeBeforeItGoesToItsFirstClip) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 30), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(source, 100), transition(10), clip(inner, 50)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.in = 90, .length = 30, .fade_in = 10},
+                                   Edit{.in = 120, .length = 20}));
+}
+
+TEST_P(ImportNestedTest, TransitionsInside) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 190)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 100, .fade_out = 10},
+                                   Edit{.in = 1090, .length = 100, .fade_in = 10}));
+}
+
+TEST_P(ImportNestedTest, InsideAGroup) {
+  const aafMobID_t inner = nested({sound({clip(take(), 200)})});
+  ASSERT_EQ(import_top({sound({gain(100, {1, 2}, clip(inner, 100)), clip(inner, 10)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100}, Edit{.in = 100, .length = 10}));
+  EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F));
+}
+
+TEST_P(ImportNestedTest, TwoLevelsDeep) {
+  const aafMobID_t innermost = nested({sound({filler(5), clip(take(), 200)})});
+  const aafMobID_t inner = nested({sound({filler(10), clip(innermost, 100, 20)})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 60, 30)})}), 100);
+  // The innermost from 20 lies at 10 of the inner one, of which 30 on are seen: 40 on of
+  // the innermost, so 35 on of the take.
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 60, .source = 35}));
+}
+
+TEST_P(ImportNestedTest, MarksAndTimecodeOfAnInnerOneDoNotCount) {
+  AafSlot clock = timecode(90'000, 25);
+  clock.mark_in = 10;
+  const aafMobID_t inner = nested({sound({clip(take(), 100)}), clock});
+  ASSERT_EQ(import_top({sound({clip(inner, 100)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}));
+  EXPECT_THAT(locators(), IsEmpty());
+}
+
+TEST_P(ImportNestedTest, EachMayWarnAgain) {
+  const AafTake odd = file().source({.sample_rate = {22050, 1}});
+  const aafMobID_t inner = nested({sound({clip(odd, 100)})});
+  ASSERT_EQ(import_top({sound({clip(odd, 50), clip(odd, 50), clip(inner, 100)})}), 100);
+  EXPECT_THAT(boxes(), ElementsAre("[24731] 22050", "[24731] 22050"));
+}
+
+class NestedStreamTest : public AafImportTest {
+ protected:
+  void import_gain_on_stream_three() {
+    const AafTake source = take();
+    const aafMobID_t inner =
+        file().composition({.slots = {sound({gain(100, {1, 2}, clip(source, 100)),
+                                             gain(100, {point(0, 1, 1)}, clip(source, 100)),
+                                             transition(10), clip(source, 50)})}});
+    ASSERT_EQ(import_composition({.slots = {sound({clip(source, 100)}), sound({filler(1)}),
+                                            sound({filler(1)}), sound({clip(inner, 240)})},
+                                  .usage = kAAFUsage_TopLevel}),
+              100);
+  }
+};
+
+TEST_F(NestedStreamTest, ByTheLetterGainGoesToStreamZero) {
+  import_gain_on_stream_three();
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 100, .fade_out = 10},
+                                   Edit{.stream = 3, .length = 100},
+                                   Edit{.stream = 3, .in = 100, .length = 100},
+                                   Edit{.stream = 3, .in = 190, .length = 50, .fade_in = 10}));
+  EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F, 1.0F, 1.0F));
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{100, 384}}}));
+}
+
+TEST_F(NestedStreamTest, CorrectedGainStaysOnItsStream) {
+  correct(Correction::aaf_nested_stream, true);
+  import_gain_on_stream_three();
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.stream = 0, .length = 100}, Edit{.stream = 3, .length = 100},
+                          Edit{.stream = 3, .in = 100, .length = 100, .fade_out = 10},
+                          Edit{.stream = 3, .in = 190, .length = 50, .fade_in = 10}));
+  EXPECT_THAT(levels(), ElementsAre(1.0F, 0.5F, 1.0F, 1.0F));
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0, 3, {{100, 384}}}));
+}
+
+}  // namespace
