@@ -153,7 +153,7 @@ void load_library() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzzing::ExportHost host;
+  static fuzzing::ExportHost host;
   load_library();
   Bytes bytes({data, size});
   const std::uint64_t choices = bytes.number(1);
@@ -171,6 +171,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CAAFEdlFile exporter(&list, 0);
   set_rates(exporter, 2, frame_rate);
   const std::u16string path = host.file("x.aaf");
+  host.forget_files();
   const result_code written = exporter.export_edl(path.c_str(), 0);
   require(std::filesystem::exists(utf8_from_text(path)) == (written == result::done));
   const int clips = clips_of(list);

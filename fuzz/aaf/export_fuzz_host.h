@@ -8,12 +8,13 @@
 #include <deque>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "host/plain_host.h"
 
 namespace fuzzing {
 
-// All sources of a run: so many samples that are their own numbers.
+// All sources of a run: a few samples of silence.
 class LittleAudio final : public CAudCnt, public AudioFile {
  public:
   [[nodiscard]] bool is_available() const override { return true; }
@@ -42,10 +43,7 @@ class LittleService final : public PlainAudio {
     if (m_waiting.empty()) return;
     const Request request = m_waiting.back();
     m_waiting.pop_back();
-    std::vector<std::int32_t> words(request.count);
-    for (std::size_t i = 0; i < words.size(); ++i)
-      words[i] = static_cast<std::int32_t>(request.position) + static_cast<std::int32_t>(i);
-    request.callback(words.data(), request.packet, 0);
+    request.callback(m_words.data(), request.packet, 0);
   }
   void cancel_waveform_requests(WaveformCallback) override { m_waiting.clear(); }
 
@@ -57,6 +55,8 @@ class LittleService final : public PlainAudio {
     void* packet;
   };
   std::deque<Request> m_waiting;
+  // A whole block of silence, made once.
+  std::vector<std::int32_t> m_words = std::vector<std::int32_t>(1 << 18);
 };
 
 class ExportHost final : public PlainHost {
@@ -101,6 +101,11 @@ class ExportHost final : public PlainHost {
   Folders& folders() override { return m_folders; }
   Viewer& viewer() override { return m_viewer; }
 
+  // Empties the folder.
+  void forget_files() const {
+    for (const auto& file : std::filesystem::directory_iterator(m_path))
+      std::filesystem::remove_all(file.path());
+  }
   [[nodiscard]] std::u16string file(const std::string& name) const {
     return text_from_utf8((m_path / name).string());
   }
