@@ -1,11 +1,11 @@
 #include "aaf/aaf_edl_file.h"
 
 #include "aaf/essence_progress.h"
+#include "aaf/export_audio.h"
 #include "aaf/import_index.h"
 #include "native/generic_edl_file_chunks.h"
 
-CAAFEdlFile::CAAFEdlFile(CGenericEdl* parent, int interactive)
-    : CGenericEdl(parent, interactive) {}
+CAAFEdlFile::CAAFEdlFile(CGenericEdl* parent, int interactive) : CGenericEdl(parent, interactive) {}
 
 CAAFEdlFile::~CAAFEdlFile() {
   delete_all(m_sources);
@@ -31,10 +31,4 @@ void CAAFEdlFile::finish_logger() {
     if (m_logger->write_report() == 1) m_logger->launch_report();
   } catch (const AAFReportFailure&) {
   }
-}
-
-result_code CAAFEdlFile::export_edl(const wide_char* path, int option) {
-  static_cast<void>(path);
-  static_cast<void>(option);
-  return result::not_done;
 }

@@ -20,6 +20,7 @@
 #include "host/framework/collections.h"
 #include "host/framework/ob_list.h"
 
+class AudioFile;
 class CAAFExportAudioPacket;
 class CAudCnt;
 class CEssenceStorageProgressDlg;
@@ -27,6 +28,8 @@ class CGenericEDLFileEntry;
 class CGenericEDLFileTrack;
 
 namespace aaf {
+class EssenceExport;
+class ExternalAudio;
 class ImportIndex;
 }
 
@@ -51,8 +54,15 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Once for each object.
   [[nodiscard]] result_code export_edl(const wide_char* path, int option) override;
 
+  // After an import: the compositions that could be chosen, in the order of the dialog,
+  // and which of them was; -1 for none. The report tells who made the file; null before.
+  [[nodiscard]] const CStringArray& composition_names() const { return m_composition_names; }
+  [[nodiscard]] std::int32_t composition() const { return m_composition; }
+  [[nodiscard]] const CAAFLogger* report() const { return m_logger.get(); }
+
  private:
   friend class CAAFCompMob;
+  friend class aaf::EssenceExport;
 
   // Import.
   [[nodiscard]] bool open_and_read(const wide_char* path);
@@ -83,6 +93,8 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   [[nodiscard]] std::uint32_t sample_rate() const;
 
   // Export.
+  void begin_export_log();
+  [[nodiscard]] bool write_open_file(IAAFFile& file);
   [[nodiscard]] bool collect_export_entries();
   void collect_export_automation();
   void collect_export_locators();
@@ -98,10 +110,16 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   bool store_operational_pattern(IAAFHeader* header) const;
   void read_back_identification(IAAFHeader* header);
   [[nodiscard]] bool export_essence(IAAFHeader* header);
+  void request_packet(AudioFile* audio, std::uint32_t index);
   static void on_waveform_packet(std::int32_t* samples, void* packet, int error);
   void store_packet(int error, CAAFExportAudioPacket* packet);
   [[nodiscard]] bool write_packet(const CAAFExportAudioPacket& packet);
   void cancel_export();
+  [[nodiscard]] bool write_next_packet(CAAFExportAudioPacket* packet);
+  void write_pending_packets();
+  void keep_for_later(CAAFExportAudioPacket& packet);
+  // Deletes what is left of the channel's packets.
+  void drop_packets();
 
   // CGenericEDLFileTrack objects; on import numbered from 0 in order.
   CObList m_sources{10};
@@ -134,12 +152,18 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Of the channel in hand.
   std::uint32_t m_channel_samples = 0;
   std::uint32_t m_packet_count = 0;
+  // Requests that the host has not answered yet.
+  std::uint32_t m_open_requests = 0;
   std::uint32_t m_total_kilobytes = 0;
   std::uint32_t m_done_kilobytes = 0;
   std::uint32_t m_tracks_done = 0;
   std::int32_t m_abort_requested = 0;
   std::unique_ptr<CEssenceStorageProgressDlg> m_progress;
   std::vector<std::uint8_t> m_sample_buffer;
+  // While an export runs that writes its audio beside the file, or would.
+  std::unique_ptr<aaf::ExternalAudio> m_external_audio;
 
   std::unique_ptr<aaf::ImportIndex> m_import_index;
+  CStringArray m_composition_names;
+  std::int32_t m_composition = -1;
 };

@@ -8,8 +8,7 @@
 bool CAAFEDLSelectionDialog::do_modal() {
   const ChoiceDialog dialog{
       .caption = u"AAF Multiple EDLs",
-      .prompt =
-          u"This AAF contains multiple EDLs.\n\nSelect the EDL you wish to import.",
+      .prompt = u"This AAF contains multiple EDLs.\n\nSelect the EDL you wish to import.",
       .nothing_chosen = u"Select an EDL to import from the list of EDL names",
       .rows = std::span(m_names->begin(), m_names->end()),
   };

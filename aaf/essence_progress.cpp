@@ -58,11 +58,11 @@ void CEssenceStorageProgressDlg::handle(ProgressWindow::Event event) {
 
 void CEssenceStorageProgressDlg::on_cancel() {
   if (m_finished == 0) {
-    const wide_char* const question =
-        m_importing != 0 ? u"Are you sure you wish to abort importing this audio?"
-                         : u"Are you sure you wish to abort exporting this audio?";
-    const int answer = host().message_boxes().message(question, BoxIcon::question,
-                                                      BoxButtons::yes_no_default_no);
+    const wide_char* const question = m_importing != 0
+                                          ? u"Are you sure you wish to abort importing this audio?"
+                                          : u"Are you sure you wish to abort exporting this audio?";
+    const int answer =
+        host().message_boxes().message(question, BoxIcon::question, BoxButtons::yes_no_default_no);
     if (answer != box_answer_yes) return;
   }
   *m_abort_flag = 1;

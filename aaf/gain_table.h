@@ -5,18 +5,16 @@
 #include <array>
 #include <cstdint>
 
-#include "host/api.h"
-
 namespace aaf {
 
 inline constexpr std::uint32_t gain_steps = 505;
 inline constexpr std::uint32_t unity_gain_step = 384;
 
 // Linear gain by step, ascending, to eight decimals: straight lines between twelve steps.
-EDL_API const std::array<double, gain_steps>& gain_table();
+[[nodiscard]] const std::array<double, gain_steps>& gain_table();
 
 // The step nearest to a linear gain; the upper one of two that are equally near. What is
 // no number gives step 0.
-EDL_API std::uint32_t gain_step_from_ratio(double ratio);
+[[nodiscard]] std::uint32_t gain_step_from_ratio(double ratio);
 
 }  // namespace aaf

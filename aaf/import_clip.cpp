@@ -76,10 +76,9 @@ bool first_locator(IAAFEssenceDescriptor* descriptor, bool& has_path, std::u16st
   AafRef<IAAFLocator> locator;
   if (locators->NextOne(locator.put()) != 0) return true;
   std::u16string text;
-  const aafInt32 result =
-      read_aaf_text<path_room>(text, [&locator](aafCharacter* out, aafUInt32 bytes) {
-        return locator->GetPath(out, bytes);
-      });
+  const aafInt32 result = read_aaf_text<path_room>(
+      text,
+      [&locator](aafCharacter* out, aafUInt32 bytes) { return locator->GetPath(out, bytes); });
   has_path = result == 0;
   if (has_path) path = text;
   return true;
@@ -143,8 +142,7 @@ void CAAFCompMob::set_fades(IAAFSourceClip* clip, std::int64_t visible,
   };
   Fade in;
   Fade out;
-  if (clip->GetFade(&in.length, &in.type, &in.present, &out.length, &out.type, &out.present) !=
-      0) {
+  if (clip->GetFade(&in.length, &in.type, &in.present, &out.length, &out.type, &out.present) != 0) {
     in.present = 0;
     out.present = 0;
   }
@@ -176,8 +174,7 @@ bool CAAFCompMob::find_source(IAAFMasterMob* master, aafSlotID_t slot,
   source.edit_rate = m_edit_rate;
   source.sample_rate = {static_cast<aafInt32>(sample_rate()), 1};
   AafRef<IAAFFindSourceInfo> info;
-  if (search->SearchSource(slot, 0, kAAFFileMob, nullptr, nullptr, info.put()) != 0)
-    info.reset();
+  if (search->SearchSource(slot, 0, kAAFFileMob, nullptr, nullptr, info.put()) != 0) info.reset();
   if (!info && search->SearchSource(slot, 0, kAAFTapeMob, nullptr, nullptr, info.put()) != 0)
     info.reset();
   if (!info) return true;
@@ -237,8 +234,7 @@ void CAAFCompMob::take_sample_rate(std::uint32_t rate) {
   }
   const std::uint8_t present = m_owner->time_base().sample_rate_index;
   if (m_last_rate_index != rate_not_set && m_last_rate_index != index) {
-    if (m_rate_change_warned == 0)
-      warn(string_id::aaf_rate_changes, samples_per_second(present));
+    if (m_rate_change_warned == 0) warn(string_id::aaf_rate_changes, samples_per_second(present));
     m_rate_change_warned = 1;
   } else if (present != index) {
     m_owner->set_sample_rate_index(index);

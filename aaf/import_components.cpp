@@ -102,14 +102,12 @@ CAAFCompMob::Walk CAAFCompMob::walk_container(IAAFComponent* component, const Ex
 
 // Moves on behind a component, unless what it holds has done so. `kind` is 0 for a
 // component of no known kind.
-void CAAFCompMob::advance(const Extent& extent, const Place& before, std::uint8_t kind,
-                          Walk walk) {
+void CAAFCompMob::advance(const Extent& extent, const Place& before, std::uint8_t kind, Walk walk) {
   const bool holds_others = kind == kind_sequence || kind == kind_nested_scope ||
                             kind == kind_operation_group || kind == kind_selector;
   const bool own_length =
       (holds_others && walk != Walk::walked && corrected(Correction::aaf_stale_position)) ||
-      (kind == kind_operation_group && !before.in_scope &&
-       corrected(Correction::aaf_group_length));
+      (kind == kind_operation_group && !before.in_scope && corrected(Correction::aaf_group_length));
   if (own_length) {
     m_position = before.position;
     m_parent_position = before.parent_position;

@@ -53,9 +53,12 @@ std::uint8_t frame_rate_of(const aafTimecode_t& timecode) {
     std::uint8_t index;
   };
   constexpr Row rows[] = {
-      {true, 29, frame_rate_2997_drop},      {true, 30, frame_rate_2997_drop},
-      {false, 24, frame_rate_24},            {false, 25, frame_rate_25},
-      {false, 29, frame_rate_2997_non_drop}, {false, 30, frame_rate_30},
+      {true, 29, frame_rate_2997_drop},
+      {true, 30, frame_rate_2997_drop},
+      {false, 24, frame_rate_24},
+      {false, 25, frame_rate_25},
+      {false, 29, frame_rate_2997_non_drop},
+      {false, 30, frame_rate_30},
   };
   for (const Row& row : rows) {
     if (row.drop == (timecode.drop != 0) && row.frames == timecode.fps) return row.index;
@@ -112,8 +115,7 @@ void CAAFCompMob::read_default_fade(IAAFCompositionMob* composition) {
   m_default_fade_valid = 1;
 }
 
-int CAAFCompMob::import_sound_slots(IAAFMob* mob, aafNumSlots_t count,
-                                    IAAFDictionary* dictionary) {
+int CAAFCompMob::import_sound_slots(IAAFMob* mob, aafNumSlots_t count, IAAFDictionary* dictionary) {
   AafRef<IEnumAAFMobSlots> slots;
   if (mob->GetSlots(slots.put()) != 0) return 0;
   aafMobID_t id{};
@@ -209,8 +211,7 @@ int CAAFCompMob::start_nested(IAAFMob* mob, aafSlotID_t slot_id, const Window& w
 }
 
 void CAAFCompMob::shift_by_timecode() const {
-  const aafRational_t rate =
-      aaf::rational_of_frame_rate(m_owner->time_base().frame_rate_index);
+  const aafRational_t rate = aaf::rational_of_frame_rate(m_owner->time_base().frame_rate_index);
   const std::int64_t shift =
       aaf::scaled(m_start_frames, std::int64_t{sample_rate()} * rate.denominator, rate.numerator);
   CObList& events = m_owner->m_events;
@@ -220,8 +221,7 @@ void CAAFCompMob::shift_by_timecode() const {
   }
   CObList& runs = m_owner->m_automation;
   for (POSITION at = runs.GetHeadPosition(); at != nullptr;) {
-    CObList& points =
-        static_cast<CGenericEDLFileAutomationEntryChunk*>(runs.GetNext(at))->points();
+    CObList& points = static_cast<CGenericEDLFileAutomationEntryChunk*>(runs.GetNext(at))->points();
     for (POSITION inner = points.GetHeadPosition(); inner != nullptr;) {
       auto& point = *static_cast<CGenericEDLFileAutomationEntry*>(points.GetNext(inner));
       point.m_time = aaf::sum(point.m_time, shift);

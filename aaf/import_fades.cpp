@@ -100,11 +100,10 @@ std::vector<CurvePoint> points_on_ramp(std::int64_t length, const std::vector<Le
     const std::int64_t behind = ramp.rises ? ramp.end - at : at - ramp.start;
     const float index = static_cast<float>(behind) / width * last_index;
     const std::int64_t level = truncated(static_cast<double>(single(point.value) * full_level));
-    steps.push_back({static_cast<std::size_t>(std::clamp(
-                         truncated(static_cast<double>(index)), std::int64_t{0},
-                         std::int64_t{fade_curve_levels - 1})),
-                     static_cast<std::int32_t>(
-                         std::clamp(level, std::int64_t{0}, std::int64_t{32767}))});
+    steps.push_back(
+        {static_cast<std::size_t>(std::clamp(truncated(static_cast<double>(index)), std::int64_t{0},
+                                             std::int64_t{fade_curve_levels - 1})),
+         static_cast<std::int32_t>(std::clamp(level, std::int64_t{0}, std::int64_t{32767}))});
   }
   return steps;
 }

@@ -104,7 +104,8 @@ result_code CAAFEdlFile::import_edl(const wide_char* path) {
 bool CAAFEdlFile::open_and_read(const wide_char* path) {
   m_aaf_path = path;
   AafRef<IAAFFile> file;
-  if (AAFDLL::AAFFileOpenExistingRead(aaf_from_text(path).c_str(), 0, file.put()) != 0) return false;
+  if (AAFDLL::AAFFileOpenExistingRead(aaf_from_text(path).c_str(), 0, file.put()) != 0)
+    return false;
   bool read = false;
   // A library of another make may let its own faults out.
   try {
@@ -181,8 +182,8 @@ bool CAAFEdlFile::is_edit_protocol(IAAFHeader* header) const {
   const auto record = AAF_QUERY(IAAFTypeDefRecord, type.get());
   aafUID_t pattern{};
   return record &&
-         record->GetStruct(value.get(), reinterpret_cast<aafMemPtr_t>(&pattern),
-                           sizeof pattern) == 0 &&
+         record->GetStruct(value.get(), reinterpret_cast<aafMemPtr_t>(&pattern), sizeof pattern) ==
+             0 &&
          uids_match(pattern, edit_protocol_pattern);
 }
 
@@ -257,17 +258,15 @@ bool CAAFEdlFile::read_mob_identity(IUnknown* source, CString& name, _aafMobID_t
   const auto mob = AAF_QUERY(IAAFMob, source);
   if (!mob || mob->GetMobID(&id) != 0) return false;
   std::u16string text;
-  const aafInt32 result =
-      read_aaf_text<mob_name_room>(text, [&mob](aafCharacter* out, aafUInt32 bytes) {
-        return mob->GetName(out, bytes);
-      });
+  const aafInt32 result = read_aaf_text<mob_name_room>(
+      text, [&mob](aafCharacter* out, aafUInt32 bytes) { return mob->GetName(out, bytes); });
   name = result == 0 ? through_code_page(text) : CString(u"Unspecified");
   return true;
 }
 
 bool CAAFEdlFile::import_composition(IAAFHeader* header) {
   const AafRef<IEnumAAFMobs> all = composition_mobs(header);
-  CStringArray names;
+  CStringArray& names = m_composition_names;
   CArray<_aafMobID_t> mobs;
   if (!all || !find_candidate_compositions(header, names, mobs)) return false;
   std::intptr_t chosen = 0;
@@ -281,6 +280,7 @@ bool CAAFEdlFile::import_composition(IAAFHeader* header) {
                                    BoxIcon::information, BoxButtons::ok);
     return true;
   }
+  m_composition = static_cast<std::int32_t>(chosen);
   for (AafRef<IAAFMob> mob; all->NextOne(mob.put()) == 0;) {
     const auto composition = AAF_QUERY(IAAFCompositionMob, mob.get());
     aafMobID_t id{};
@@ -331,8 +331,7 @@ void CAAFEdlFile::transfer_entries() {
 }
 
 void CAAFEdlFile::transfer_automation() {
-  if (CObList* const list = get_automation_list())
-    native::transfer_automation(m_automation, *list);
+  if (CObList* const list = get_automation_list()) native::transfer_automation(m_automation, *list);
 }
 
 void CAAFEdlFile::transfer_locators() {

@@ -31,10 +31,9 @@ bool same(const aafMobID_t& a, const aafMobID_t& b) {
 // Each composition begins its own count of segments within segments.
 ImportIndex::Playing::Playing(ImportIndex& index, const aafMobID_t& mob, aafSlotID_t slot)
     : index_(index), depth_before_(index.depth_) {
-  const bool again =
-      std::any_of(index.playing_.begin(), index.playing_.end(), [&](const auto& outer) {
-        return outer.second == slot && same(outer.first, mob);
-      });
+  const bool again = std::any_of(
+      index.playing_.begin(), index.playing_.end(),
+      [&](const auto& outer) { return outer.second == slot && same(outer.first, mob); });
   fits_ = !again && index.playing_.size() < most_nested;
   index.playing_.emplace_back(mob, slot);
   index.depth_ = 0;

@@ -83,8 +83,7 @@ void CAAFCompMob::apply_constant_gain(IAAFConstantValue* value, const Span& span
 }
 
 // Points outside the visible part are left out. The way between points is not told.
-void CAAFCompMob::add_points(IAAFVaryingValue* value, const Span& span,
-                             std::uint16_t parameter) {
+void CAAFCompMob::add_points(IAAFVaryingValue* value, const Span& span, std::uint16_t parameter) {
   AafRef<IEnumAAFControlPoints> points;
   if (span.extent.visible <= 0 || value->GetControlPoints(points.put()) != 0) return;
   AafRef<IAAFControlPoint> next;
@@ -96,8 +95,7 @@ void CAAFCompMob::add_points(IAAFVaryingValue* value, const Span& span,
     const std::int64_t inside = aaf::difference(at, span.extent.offset);
     if (inside < 0 || inside > span.extent.visible) continue;
     add_automation_point(
-        parameter,
-        aaf::sum(aaf::scaled(inside, span.samples, span.extent.visible), span.start),
+        parameter, aaf::sum(aaf::scaled(inside, span.samples, span.extent.visible), span.start),
         step_of(parameter, point.value));
   }
 }

@@ -8,8 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include "host/api.h"
-
 namespace aaf {
 
 // What a source's descriptor says that its essence is.
@@ -23,18 +21,19 @@ inline constexpr std::uint8_t media_unknown = 0xFF;
 // With the correction aaf_host_locators an address "file://host/…" is read as well; the
 // host becomes the first folder, and "localhost" goes. Without it such an address counts
 // as a relative path.
-EDL_API std::u16string resolve_local_path(std::u16string_view text, std::u16string_view aaf_path);
+[[nodiscard]] std::u16string resolve_local_path(std::u16string_view text,
+                                                std::u16string_view aaf_path);
 
 // What stands behind the last "/", or if there is none the last "\", with its escapes
 // decoded when `decode` says so. A text with neither comes back as it is.
-EDL_API std::u16string file_name_of(std::u16string_view path, bool decode);
+[[nodiscard]] std::u16string file_name_of(std::u16string_view path, bool decode);
 
 // Each "%" with two hexadecimal digits becomes the character of that number. Addresses
 // with UTF-8 in escapes so give one character for each byte.
-EDL_API std::u16string decode_percent_escapes(std::u16string_view text);
+[[nodiscard]] std::u16string decode_percent_escapes(std::u16string_view text);
 
 // The host's number for a kind of file: 2 WAVE, 3 AIFF, 11 BWF, 14 AIFC, 65535 unknown.
 // What the descriptor says goes before the extension of three letters.
-EDL_API std::uint16_t file_type_code(std::u16string_view extension, std::uint8_t media_type);
+[[nodiscard]] std::uint16_t file_type_code(std::u16string_view extension, std::uint8_t media_type);
 
 }  // namespace aaf

@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/file_checks.h"
 #include "cli/import_run.h"
+#include "cli/media_report.h"
 #include "cli/messages.h"
 #include "cli/outcome.h"
 #include "cli/output_guard.h"
@@ -35,19 +36,27 @@ const FormatRow* format_by_name(std::span<const FormatRow> rows, const std::stri
   return row;
 }
 
-// Hands each edit the audio of its path. Whether all was found; what was not is told.
+// Hands each edit the audio of its path, or what stands for audio that is missing. Whether
+// all was found; what was not is told.
 bool find_audio(const CGenericEdl& edl, embedded::MediaLibrary& media) {
+  bool all = true;
+  for (const MediaRow& row : find_media(edl, media)) {
+    if (row.found) continue;
+    warn("no audio for " + row.path + ": " + row.reason);
+    all = false;
+  }
+  if (!all) hint("--media names a folder to look in");
+  std::size_t nameless = 0;
   const CObList* const list = edl.get_generic_entry_list();
   for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
     auto* const entry = static_cast<CGenericEdlEntry*>(list->GetNext(at));
-    const std::u16string_view path = field_text(entry->file_path);
-    if (entry->audio_content != nullptr || path.empty()) continue;
-    entry->audio_content = media.find(path, entry->source_index);
+    if (entry->audio_content != nullptr) continue;
+    if (field_text(entry->file_path).empty()) ++nameless;
+    entry->audio_content = media.absent();
   }
-  for (const embedded::MediaLibrary::Missing& missing : media.missing())
-    warn("no audio for " + missing.path + ": " + missing.reason);
-  if (!media.missing().empty()) hint("--media names a folder to look in");
-  return media.missing().empty();
+  if (nameless > 0)
+    warn(counted(nameless, "edit names", "edits name") + " no audio, clip or reel");
+  return all && nameless == 0;
 }
 
 // An object of the format that works on the root's lists at the root's rates.
@@ -64,7 +73,7 @@ std::unique_ptr<CGenericEdl> exporter(const FormatRow& format, CGenericEdl& root
 // Runs the export. True when the system took every byte.
 bool export_to(CGenericEdl& edl, const FormatRow& format, const std::string& path, int flag) {
   try {
-    const result_code code = edl.export_edl(text_from_utf8(path).c_str(), flag);
+    const result_code code = edl.export_edl(path_for(format, path).c_str(), flag);
     if (code != result::done) {
       tell(why_not_exported(format, path, code));
       return false;

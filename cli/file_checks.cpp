@@ -87,4 +87,10 @@ std::string why_not_made(const std::string& path) {
   return {};
 }
 
+std::u16string path_for(const FormatRow& format, const std::string& path) {
+  std::error_code failure;
+  const std::filesystem::path whole = std::filesystem::absolute(path, failure);
+  return text_from_utf8(format.names_places && !failure ? whole.lexically_normal().string() : path);
+}
+
 }  // namespace cli

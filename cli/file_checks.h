@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "formats/format_table.h"
+
 namespace cli {
 
 // Why the file of a list cannot be read; empty when nothing seems to be wrong.
@@ -20,5 +22,8 @@ std::string real_path(const std::string& path);
 std::string folder_of(const std::string& path);
 // The text of a system error.
 std::string error_text(int error);
+
+// A path as the format's library is handed it.
+std::u16string path_for(const FormatRow& format, const std::string& path);
 
 }  // namespace cli

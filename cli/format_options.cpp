@@ -140,19 +140,24 @@ void add_adl_options(CLI::App& command, Arguments& arguments) {
 
 void add_aaf_options(CLI::App& command, embedded::EmbeddedOptions& host) {
   const auto add = [](CLI::Option* option) { option->group(aaf_group); };
-  add(add_number_option(command, "--composition", host.choice,
-                        "Which composition of a file with several to read, from 1; without it a "
-                        "person is asked, and where nobody sits the first is taken"));
-  add(add_word_option<bool>(command, "--aaf-export-file-type", {{"wave", false}, {"aifc", true}},
-                            host.aaf_aifc, "Form of the audio that is written"));
-  add(add_switch_option(command, "--aaf-embed-audio", host.aaf_embed_audio,
-                        "Write the audio into the file, and not beside it"));
-  add(add_switch_option(command, "--aaf-export-fixed-gain", host.aaf_fixed_gain,
-                        "Write the level of each edit"));
-  add(add_switch_option(command, "--aaf-export-gain-automation", host.aaf_gain_automation,
-                        "Write fader automation"));
-  add(add_switch_option(command, "--aaf-export-pan-automation", host.aaf_pan_automation,
-                        "Write pan automation"));
+  add(command
+          .add_option("--composition", host.choice,
+                      "Which composition of a file with several to read: its name, or its number "
+                      "from 1. Without it a person is asked; where nobody sits the names are "
+                      "listed and nothing is read")
+          ->type_name("NAME|N"));
+  add(add_word_option<bool>(command, "--essence", {{"wave", false}, {"aifc", true}}, host.aaf_aifc,
+                            "Form of the audio that is written. Default wave"));
+  add(command.add_flag("--embed,!--external", host.aaf_embed_audio,
+                       "Write the audio into the file, which is the default, or beside it"));
+  add(command.add_flag("--overwrite-audio", host.aaf_overwrite_audio,
+                       "Let audio that is written beside the file take the place of older files"));
+  add(command.add_flag("--fixed-gain,!--no-fixed-gain", host.aaf_fixed_gain,
+                       "Write the level of each edit. The default, as the next two"));
+  add(command.add_flag("--gain-automation,!--no-gain-automation", host.aaf_gain_automation,
+                       "Write fader automation"));
+  add(command.add_flag("--pan-automation,!--no-pan-automation", host.aaf_pan_automation,
+                       "Write pan automation"));
 }
 
 }  // namespace

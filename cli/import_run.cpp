@@ -107,9 +107,9 @@ std::string why_not_imported(const InputFile& input, result_code code) {
 
 // The result of the import, with the reason told unless the list was read.
 result_code read_into(CGenericEdl& edl, const InputFile& input) {
-  const std::u16string path = text_from_utf8(input.path);
-  host().message_boxes().note_place(path.c_str(), 0);
+  host().message_boxes().note_place(text_from_utf8(input.path).c_str(), 0);
   try {
+    const std::u16string path = path_for(*input.format, input.path);
     const result_code code = edl.import_edl(path.c_str());
     if (code != result::import_complete) tell(why_not_imported(input, code));
     return code;
@@ -157,6 +157,11 @@ ImportRun import_list(const InputFile& input, const Arguments& arguments) {
   run.result = read_into(*run.edl, input);
   if (run.result != result::import_complete) return run;
   run.exit = exit_done;
+  if (run.edl->output_incomplete() != 0) {
+    tell("audio of " + input.path + " could not be copied to its end; there may be no room left");
+    run.exit = exit_failed;
+    return run;
+  }
   settle_rates(input, arguments, *run.edl);
   if (arguments.channels) {
     run.edl->offset_edl(static_cast<unsigned short>(arguments.channels->first - 1),

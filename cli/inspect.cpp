@@ -7,6 +7,7 @@
 #include "cli/import_run.h"
 #include "cli/list_json.h"
 #include "cli/list_table.h"
+#include "cli/media_report.h"
 #include "cli/option_forms.h"
 #include "cli/outcome.h"
 
@@ -33,9 +34,13 @@ int inspect(std::span<const FormatRow> rows, const Arguments& arguments,
   const InputFile input = open_input(rows, arguments);
   if (input.exit != exit_done) return input.exit;
   const ImportRun run = import_list(input, arguments);
-  const bool shown = arguments.json ? put_list_json(run, host.boxes())
-                                    : run.exit != exit_done ||
-                                          put_list_table(*run.format, *run.edl, screen_columns());
+  const bool looked_for = run.format->wants_audio || !arguments.host.media_folders.empty();
+  const std::vector<MediaRow> media =
+      looked_for ? find_media(*run.edl, host.media()) : std::vector<MediaRow>();
+  const bool shown =
+      arguments.json
+          ? put_list_json(run, media, host.boxes())
+          : run.exit != exit_done || put_list_table(*run.format, *run.edl, media, screen_columns());
   const bool losses = tell_of_import_report(*run.format, run.exit == exit_done, host.reports());
   if (!shown) return exit_failed;
   if (run.exit != exit_done) return run.exit;

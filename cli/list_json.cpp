@@ -69,6 +69,16 @@ bool put_pq(const CGenericEdl& edl) {
   return pq.put_list<CGenericPQEntry>("entries", edl.get_pq_list(), pq_entry_json) && pq.close();
 }
 
+bool put_media(const std::vector<MediaRow>& media) {
+  const char* separator = "[\n    ";
+  for (const MediaRow& row : media) {
+    const Json json = {{"path", row.path}, {"found", row.found}, {"reason", row.reason}};
+    if (!put_data(separator + line_of(json))) return false;
+    separator = ",\n    ";
+  }
+  return put_data(*separator == ',' ? "\n  ]" : "[]");
+}
+
 bool put_boxes(const embedded::EmbeddedBoxes& boxes) {
   const char* separator = "[\n    ";
   for (const embedded::ShownBox& box : boxes.shown()) {
@@ -82,19 +92,23 @@ bool put_head(OpenObject& object, const ImportRun& run) {
   EDL_DETAILS details;
   run.edl->get_edl_details(&details);
   UPDATE_SETTINGS_DETAILS updates;
+  const FileFacts facts = run.format->facts(*run.edl);
   run.edl->get_update_settings_details(&updates);
   return object.put("schema", schema) && object.put("format", run.format->name) &&
          object.put("result", run.result) &&
          object.put("sample_rate", samples_per_second(details.sample_rate_index)) &&
          object.put("frame_rate", details.frame_rate) &&
          object.put("highest_stream", details.highest_stream) &&
+         object.put("made_by", facts.maker) && object.put("compositions", facts.compositions) &&
+         object.put("composition", facts.composition) &&
          object.put("rates_changed", {{"sample_rate", updates.sample_rate_changed != 0},
                                       {"frame_rate", updates.frame_rate_changed != 0}});
 }
 
 }  // namespace
 
-bool put_list_json(const ImportRun& run, const embedded::EmbeddedBoxes& boxes) {
+bool put_list_json(const ImportRun& run, const std::vector<MediaRow>& media,
+                   const embedded::EmbeddedBoxes& boxes) {
   CGenericEdl& edl = *run.edl;
   OpenObject object(1);
   return put_head(object, run) &&
@@ -105,8 +119,8 @@ bool put_list_json(const ImportRun& run, const embedded::EmbeddedBoxes& boxes) {
          object.put_list<CGenericAutomationChunk>("automation", edl.get_automation_list(),
                                                   automation_json) &&
          object.put_list<CGenericEdlVideoEntry>("video", edl.get_video_list(), video_entry_json) &&
-         object.put_name("boxes") && put_boxes(boxes) && object.close() && put_data("\n") &&
-         flush_data();
+         object.put_name("media") && put_media(media) && object.put_name("boxes") &&
+         put_boxes(boxes) && object.close() && put_data("\n") && flush_data();
 }
 
 }  // namespace cli

@@ -6,6 +6,7 @@
 #include "cli/records_json.h"
 #include "cli/text_table.h"
 #include "core/clock_time.h"
+#include "embedded/folders.h"
 #include "host/rates.h"
 
 namespace cli {
@@ -188,13 +189,48 @@ std::string summary(const FormatRow& format, const CGenericEdl& edl) {
   return text + (text.size() == line ? "no edits\n" : "\n");
 }
 
+// Who made the file, and its lists where it can hold several.
+bool put_facts(const FileFacts& facts, std::size_t screen_columns) {
+  if (!facts.maker.empty() &&
+      !put_data(
+          wrapped("made by " + shown_text(text_from_utf8(facts.maker)) + "\n", screen_columns))) {
+    return false;
+  }
+  if (facts.compositions.empty()) return true;
+  const TextTable table({{"read", 4}, {"composition", 0}}, screen_columns);
+  if (!put_data("\n" + table.title_line())) return false;
+  int row = 0;
+  for (const std::string& name : facts.compositions) {
+    const bool read = row++ == facts.composition;
+    if (!put_data(table.line({read ? "yes" : "", shown_text(text_from_utf8(name))}))) return false;
+  }
+  return true;
+}
+
+bool put_media(const std::vector<MediaRow>& media, std::size_t screen_columns) {
+  if (media.empty()) return true;
+  const TextTable table({{"audio", 6}, {"path", 0}}, screen_columns);
+  if (!put_data("\n" + table.title_line())) return false;
+  for (const MediaRow& row : media) {
+    const std::size_t inside = row.path.find(embedded::inside_the_file);
+    const bool is_inside = inside != std::string::npos;
+    const std::string path =
+        is_inside ? row.path.substr(inside + embedded::inside_the_file.size() + 1) : row.path;
+    const char* const state = row.found ? "found" : is_inside ? "inside" : "-";
+    if (!put_data(table.line({state, shown_text(text_from_utf8(path))}))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
-bool put_list_table(const FormatRow& format, const CGenericEdl& edl, std::size_t screen_columns) {
+bool put_list_table(const FormatRow& format, const CGenericEdl& edl,
+                    const std::vector<MediaRow>& media, std::size_t screen_columns) {
   return put_data(wrapped(summary(format, edl), screen_columns)) &&
-         put_edits(edl, screen_columns) && put_video(edl, screen_columns) &&
-         put_locators(edl, screen_columns) && put_automation(edl, screen_columns) &&
-         put_disc_index(edl, screen_columns) && flush_data();
+         put_facts(format.facts(edl), screen_columns) && put_edits(edl, screen_columns) &&
+         put_video(edl, screen_columns) && put_locators(edl, screen_columns) &&
+         put_automation(edl, screen_columns) && put_disc_index(edl, screen_columns) &&
+         put_media(media, screen_columns) && flush_data();
 }
 
 }  // namespace cli

@@ -48,6 +48,10 @@ bool tell_of_losses(const FormatRow& format, const CGenericEdl& edl) {
     any = true;
     warn(counted(loss.count, loss.one, loss.many) + no_place + loss.many);
   }
+  for (const std::string& loss : format.further_losses(edl)) {
+    any = true;
+    warn(loss + " left out: " + std::string(format.title) + " has no place for them");
+  }
   if (!format.carries.pq && has_disc_texts(edl)) {
     any = true;
     warn("the texts of the disc" + no_place + "them");

@@ -117,7 +117,10 @@ bool use_aaf_library(const std::string& path) {
 int run_command(std::span<const FormatRow> rows, const Commands& commands,
                 const Arguments& arguments) {
   if (commands.formats->parsed()) return list_formats(rows, arguments.json);
-  Session session(arguments.host);
+  embedded::EmbeddedOptions options = arguments.host;
+  // Looking into a file leaves nothing behind, unless a folder was named for it.
+  options.leave_audio_inside = commands.inspect->parsed();
+  Session session(options);
   if (!session.opened()) {
     tell("the conversion library is of another version");
     return exit_failed;

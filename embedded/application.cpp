@@ -6,8 +6,12 @@
 
 namespace embedded {
 
-EmbeddedApplication::EmbeddedApplication(const EmbeddedOptions& options, EmbeddedFolders& folders)
-    : options_(options), folders_(folders), crossfade_length_(options.crossfade_length) {}
+EmbeddedApplication::EmbeddedApplication(const EmbeddedOptions& options, EmbeddedFolders& folders,
+                                         const EmbeddedAudio& audio)
+    : options_(options),
+      folders_(folders),
+      audio_(audio),
+      crossfade_length_(options.crossfade_length) {}
 
 void EmbeddedApplication::set_default_crossfade_length(std::int64_t length_samples) {
   crossfade_length_ = length_samples;
@@ -44,7 +48,8 @@ int EmbeddedApplication::fade_curve_count() {
 }
 
 HostFolder* EmbeddedApplication::get_imported_audio_folder() {
-  if (options_.audio_folder.empty()) return nullptr;
+  if (options_.audio_folder.empty())
+    return options_.leave_audio_inside ? folders_.nowhere() : nullptr;
   std::error_code failure;
   std::filesystem::create_directories(options_.audio_folder, failure);
   return folders_.find(options_.audio_folder);
@@ -56,6 +61,11 @@ int EmbeddedApplication::get_aaf_export_file_type() {
 
 int EmbeddedApplication::get_aaf_embed_audio() {
   return options_.aaf_embed_audio ? 1 : 0;
+}
+
+bool EmbeddedApplication::may_replace_audio(const wide_char* path) {
+  return options_.aaf_overwrite_audio &&
+         !audio_.is_source(utf8_from_text({path, text_length(path)}));
 }
 
 int EmbeddedApplication::get_aaf_export_fixed_gain() {

@@ -1,6 +1,7 @@
 // The application object: what the options say, and the fade curves.
 #pragma once
 
+#include "embedded/audio.h"
 #include "embedded/folders.h"
 #include "embedded/options.h"
 #include "host/application.h"
@@ -9,8 +10,9 @@ namespace embedded {
 
 class EmbeddedApplication final : public Application {
  public:
-  // Not owned.
-  EmbeddedApplication(const EmbeddedOptions& options, EmbeddedFolders& folders);
+  // None is owned.
+  EmbeddedApplication(const EmbeddedOptions& options, EmbeddedFolders& folders,
+                      const EmbeddedAudio& audio);
 
   std::int64_t get_default_crossfade_length() override { return crossfade_length_; }
   // For this run alone.
@@ -27,6 +29,8 @@ class EmbeddedApplication final : public Application {
   HostFolder* get_imported_audio_folder() override;
   int get_aaf_export_file_type() override;
   int get_aaf_embed_audio() override;
+  // Never a file that edits of this run play.
+  bool may_replace_audio(const wide_char* path) override;
   int get_aaf_export_fixed_gain() override;
   int get_aaf_export_gain_automation() override;
   int get_aaf_export_pan_automation() override;
@@ -34,6 +38,7 @@ class EmbeddedApplication final : public Application {
  private:
   const EmbeddedOptions& options_;
   EmbeddedFolders& folders_;
+  const EmbeddedAudio& audio_;
   std::int64_t crossfade_length_;
 };
 

@@ -226,6 +226,12 @@ CAudCnt* EmbeddedAudio::source(const std::string& path) {
   return sources_.emplace(real, std::move(made)).first->second.get();
 }
 
+bool EmbeddedAudio::is_source(const std::string& path) const {
+  std::error_code failure;
+  const std::string real = std::filesystem::canonical(path, failure).string();
+  return !failure && sources_.contains(real);
+}
+
 std::string EmbeddedAudio::path_of(const CAudCnt* source) const {
   for (const auto& [path, known] : sources_) {
     if (known.get() == source) return path;

@@ -25,6 +25,9 @@ class EmbeddedAudio final : public AudioService {
   // The path of a source that came from here; empty for any other.
   [[nodiscard]] std::string path_of(const CAudCnt* source) const;
 
+  // Whether a file is one of the sources.
+  [[nodiscard]] bool is_source(const std::string& path) const;
+
   AudioFile* channel_file(AudioFile* file, int channel) override;
   int enable_waveforms(int on) override;
   void add_waveform_request(AudioFile* file, std::int64_t position, std::uint32_t count,

@@ -20,6 +20,30 @@ std::string utf8(const wide_char* text) {
   return utf8_from_text({text, text_length(text)});
 }
 
+std::string one_line(const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\n') {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
+  }
+  return line;
+}
+
+// The row of this text, else the one of this number from 1; -1 for neither.
+int find_row(const ChoiceDialog& dialog, const std::string& choice) {
+  const std::size_t count = dialog.rows.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    if (utf8_from_text(dialog.rows[i].view()) == choice) return static_cast<int>(i);
+  }
+  std::size_t row = 0;
+  const auto read = std::from_chars(choice.data(), choice.data() + choice.size(), row);
+  const bool whole = read.ec == std::errc() && read.ptr == choice.data() + choice.size();
+  return whole && row >= 1 && row <= count ? static_cast<int>(row - 1) : -1;
+}
+
 class NoBar final : public ProgressWindow {
  public:
   void set_caption(const wide_char*) override {}
@@ -95,29 +119,36 @@ std::unique_ptr<ProgressWindow> EmbeddedDialogs::open_progress(std::uint32_t ran
 }
 
 int EmbeddedDialogs::choose(const ChoiceDialog& dialog) {
-  const auto count = static_cast<int>(dialog.rows.size());
-  if (count == 0) return -1;
-  if (options_.choice > count) {
-    terminal_.write_line(options_.program_name + ": there is no row " +
-                         std::to_string(options_.choice) + " among the " + std::to_string(count) +
-                         " of \"" + utf8(dialog.prompt) + "\"");
+  if (dialog.rows.empty()) return -1;
+  if (options_.choice.empty() && terminal_.interactive()) return ask_for_row(dialog);
+  const std::string name = options_.program_name + ": ";
+  const std::string prompt = one_line(utf8(dialog.prompt));
+  if (options_.choice.empty()) {
+    terminal_.write_line(name + prompt + " There are:");
+    list_rows(dialog);
     return -1;
   }
-  if (options_.choice > 0) return options_.choice - 1;
-  if (terminal_.interactive()) return ask_for_row(dialog);
-  terminal_.write_line(options_.program_name + ": " + utf8(dialog.prompt) + " 1 of " +
-                       std::to_string(count) + " taken: " + utf8_from_text(dialog.rows[0].view()));
-  return 0;
+  const int row = find_row(dialog, options_.choice);
+  if (row < 0) {
+    terminal_.write_line(name + "there is no row \"" + options_.choice + "\" for \"" + prompt +
+                         "\" There are:");
+    list_rows(dialog);
+  }
+  return row;
+}
+
+void EmbeddedDialogs::list_rows(const ChoiceDialog& dialog) {
+  for (std::size_t i = 0; i < dialog.rows.size(); ++i) {
+    terminal_.write_line("  " + std::to_string(i + 1) + "  " +
+                         utf8_from_text(dialog.rows[i].view()));
+  }
 }
 
 int EmbeddedDialogs::ask_for_row(const ChoiceDialog& dialog) {
   const InterruptPause pause;
   const std::size_t count = dialog.rows.size();
   terminal_.write_line(utf8(dialog.caption));
-  for (std::size_t i = 0; i < count; ++i) {
-    terminal_.write_line("  " + std::to_string(i + 1) + "  " +
-                         utf8_from_text(dialog.rows[i].view()));
-  }
+  list_rows(dialog);
   const std::string prompt =
       utf8(dialog.prompt) + " [1-" + std::to_string(count) + ", q to cancel; 1] ";
   while (const auto line = terminal_.ask(prompt)) {

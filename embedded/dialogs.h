@@ -17,14 +17,15 @@ class EmbeddedDialogs final : public Dialogs {
 
   // A bar on a terminal, during which Ctrl-C is Cancel; nothing otherwise.
   std::unique_ptr<ProgressWindow> open_progress(std::uint32_t range) override;
-  // By option, by the person's answer, or the first row; what was taken without
-  // asking is told.
+  // By option or by the person's answer. A choice that cannot be made is cancelled, and
+  // the rows are told.
   int choose(const ChoiceDialog& dialog) override;
   void begin_wait() override {}
   void end_wait() override {}
 
  private:
   [[nodiscard]] int ask_for_row(const ChoiceDialog& dialog);
+  void list_rows(const ChoiceDialog& dialog);
 
   const EmbeddedOptions& options_;
   Terminal& terminal_;

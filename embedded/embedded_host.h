@@ -75,8 +75,8 @@ class EmbeddedHost final : public Host {
   std::unique_ptr<CodePage> code_page_;
   EnglishStrings strings_;
   EmbeddedFolders folders_;
-  EmbeddedApplication application_{options_, folders_};
   EmbeddedAudio audio_;
+  EmbeddedApplication application_{options_, folders_, audio_};
   MediaLibrary media_{options_, audio_};
   SystemClock clock_;
   Switches corrections_{options_};

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "embedded/raw_audio.h"
+
 namespace embedded {
 
 class EmbeddedFolders::Folder final : public HostFolder {
@@ -40,6 +42,19 @@ HostFolder* EmbeddedFolders::find(const std::string& path) {
     if (folder->path() == name) return folder.get();
   }
   return folders_.emplace_back(std::make_unique<Folder>(name)).get();
+}
+
+HostFolder* EmbeddedFolders::nowhere() {
+  // There is nothing below a device.
+  const std::string name(inside_the_file);
+  for (const auto& folder : folders_) {
+    if (folder->path() == name) return folder.get();
+  }
+  return folders_.emplace_back(std::make_unique<Folder>(name)).get();
+}
+
+void EmbeddedFolders::note_raw_audio(const wide_char* path, const RawAudioFormat& format) {
+  make_playable(utf8_from_text({path, text_length(path)}), format);
 }
 
 void EmbeddedFolders::refresh(HostFolder*) {

@@ -4,11 +4,15 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/folders.h"
 
 namespace embedded {
+
+// The path of EmbeddedFolders::nowhere.
+inline constexpr std::string_view inside_the_file = "/dev/null/inside the file";
 
 class EmbeddedFolders final : public Folders {
  public:
@@ -24,9 +28,12 @@ class EmbeddedFolders final : public Folders {
   // Null when there is no such folder. The same folder is always the same handle.
   HostFolder* find_folder(const wide_char* path) override;
   void refresh(HostFolder* folder) override;
+  void note_raw_audio(const wide_char* path, const RawAudioFormat& format) override;
 
   // As find_folder, for a path as the system has it.
   [[nodiscard]] HostFolder* find(const std::string& path);
+  // A folder in which no file can be made, for a run that wants none.
+  [[nodiscard]] HostFolder* nowhere();
   // Called when the library has put new files into a folder.
   std::function<void()> on_refresh;
 

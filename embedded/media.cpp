@@ -105,6 +105,14 @@ std::string without_escapes(std::string_view text) {
   return out;
 }
 
+class AbsentSource final : public CAudCnt {
+ public:
+  [[nodiscard]] bool is_available() const override { return false; }
+  [[nodiscard]] std::uint32_t sample_rate() const override { return 0; }
+  [[nodiscard]] bool get_format(AudioFormat& /*format*/) const override { return false; }
+  [[nodiscard]] AudioFile* file() const override { return nullptr; }
+};
+
 }  // namespace
 
 std::string FolderNames::find(const std::string& folder, const std::string& name) {
@@ -139,6 +147,11 @@ CAudCnt* MediaLibrary::find(std::u16string_view path, std::uint16_t source_type)
                                                   : unreadable + " cannot be read as audio"});
   }
   return source;
+}
+
+CAudCnt* MediaLibrary::absent() {
+  static AbsentSource source;
+  return &source;
 }
 
 void MediaLibrary::forget() {

@@ -49,6 +49,9 @@ class MediaLibrary {
   // followed. Null when nothing is found.
   [[nodiscard]] CAudCnt* find(std::u16string_view path, std::uint16_t source_type);
 
+  // What stands for the audio of an edit that was not found: never available.
+  [[nodiscard]] CAudCnt* absent();
+
   // The paths that were asked for and not found since the start or the last call of
   // forget, each once, in the order of asking.
   [[nodiscard]] const std::vector<Missing>& missing() const { return missing_; }

@@ -36,9 +36,9 @@ struct EmbeddedOptions {
   std::optional<bool> assume;
   // Boxes of reports that are shown before reporting stops; 0 for no end.
   std::size_t max_reports = 1000;
-  // The row, from 1, of a choice such as that of a composition; 0 asks a person,
-  // and takes the first row where nobody sits.
-  int choice = 0;
+  // The row of a choice such as that of a composition: its text, or its number from 1.
+  // Without one a person is asked, and where nobody sits the choice is cancelled.
+  std::string choice;
 
   // The INI file of settings and registry values; empty for the user's own.
   std::string settings_file;
@@ -68,6 +68,8 @@ struct EmbeddedOptions {
 
   bool aaf_aifc = false;
   bool aaf_embed_audio = true;
+  // Whether audio written beside a file may take the place of older files.
+  bool aaf_overwrite_audio = false;
   bool aaf_fixed_gain = true;
   bool aaf_gain_automation = true;
   bool aaf_pan_automation = true;
@@ -76,6 +78,8 @@ struct EmbeddedOptions {
   std::vector<std::string> media_folders;
   // Where audio that a file carries inside is copied to; empty for nowhere.
   std::string audio_folder;
+  // Without a folder such audio is left where it is, and the file is read all the same.
+  bool leave_audio_inside = false;
 };
 
 }  // namespace embedded

@@ -183,7 +183,8 @@ constexpr auto rows = std::to_array<StringRow>({
     {aaf_ask_default_fade,
      u"The composition states another default fade length than the one that is set. Take it as "
      u"the new default?"},
-    {aaf_no_audio_folder, u"The file carries audio inside, but there is no folder to copy it to."},
+    {aaf_no_audio_folder,
+     u"The file carries audio inside, but there is no folder to copy it to (--audio-folder)."},
     {aaf_cannot_create, u"The AAF file could not be created. "},
     {aaf_reason_access, u"Access was denied: check the rights of the folder and of the file."},
     {aaf_reason_protected, u"The disk is write-protected."},

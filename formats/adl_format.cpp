@@ -4,6 +4,7 @@
 #include "adl/aes31_file.h"
 #include "core/generic_edl_entry.h"
 #include "formats/format_rows.h"
+#include "formats/source_names.h"
 #include "formats/text_head.h"
 
 namespace {
@@ -54,26 +55,13 @@ bool give_kind(CGenericEdlEntry& entry, const FormatOptions& options) {
   return true;
 }
 
-// A source without a path is named after its clip, else after its reel.
-bool give_name(CGenericEdlEntry& entry) {
-  if (!field_text(entry.file_path).empty()) return false;
-  wide_char reel[std::size(decltype(CGenericEdlEntry::reel_name){})];
-  entry.get_reel_name(reel, static_cast<int>(std::size(reel)));
-  if (field_text(entry.clip_name).empty()) {
-    entry.set_clip_name(std::u16string(trimmed(field_text(reel))).c_str());
-  }
-  if (field_text(entry.clip_name).empty()) return false;
-  entry.set_file_path((u"//" + std::u16string(field_text(entry.clip_name))).c_str());
-  return true;
-}
-
 std::string complete(CGenericEdl& root, const FormatOptions& options) {
   std::size_t completed = 0;
   const CObList* const list = root.get_generic_entry_list();
   for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
     auto& entry = *static_cast<CGenericEdlEntry*>(list->GetNext(at));
     const bool kind = give_kind(entry, options);
-    if (give_name(entry) || kind) ++completed;
+    if (give_source_name(entry) || kind) ++completed;
   }
   if (completed == 0) return {};
   return std::to_string(completed) + (completed == 1 ? " edit names" : " edits name") +

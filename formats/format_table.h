@@ -36,6 +36,16 @@ struct Carries {
   bool pq = false;
 };
 
+// What a file says of itself beside its edits, for a person who looks into it.
+struct FileFacts {
+  // Who made it.
+  std::string maker;
+  // The lists that it holds, where it can hold several, and which of them was read, from
+  // 0; -1 for none.
+  std::vector<std::string> compositions;
+  int composition = -1;
+};
+
 // What rows point to when there is nothing special about them.
 inline bool never_stated(std::string_view /*head*/) {
   return false;
@@ -45,6 +55,12 @@ inline bool always_stated(std::string_view /*head*/) {
 }
 std::vector<std::string> single_output(const std::string& path);
 inline std::string nothing_to_complete(CGenericEdl& /*root*/, const FormatOptions& /*options*/) {
+  return {};
+}
+inline FileFacts no_facts(const CGenericEdl& /*imported*/) {
+  return {};
+}
+inline std::vector<std::string> no_further_losses(const CGenericEdl& /*root*/) {
   return {};
 }
 inline std::string no_remark(const CGenericEdl& /*exported*/) {
@@ -62,6 +78,8 @@ struct FormatRow {
   Carries carries;
   // The export reads the audio of the edits, so it is looked for beforehand.
   bool wants_audio = false;
+  // The file tells where others lie, seen from its own place, so that is told in full.
+  bool names_places = false;
   // An "FCM:" line is all that it says of its frame rate. Such a line knows 29.97
   // alone, and lists of 24, 25 and 30 frames say NON-DROP as well.
   bool frame_rate_by_fcm = false;
@@ -76,6 +94,8 @@ struct FormatRow {
   // assumed before it is read.
   bool (*states_sample_rate)(std::string_view head) = never_stated;
   bool (*states_frame_rate)(std::string_view head) = never_stated;
+  // After an import, also one that did not succeed.
+  FileFacts (*facts)(const CGenericEdl& imported) = no_facts;
   // The files that an export to `path` (UTF-8) may write or delete, the list itself
   // first, under the name that it really gets. What stands there before is kept
   // until the export has succeeded.
@@ -84,6 +104,9 @@ struct FormatRow {
   // does not say, as a workstation does that knows its sources. What was given, in a
   // sentence; empty for nothing.
   std::string (*complete)(CGenericEdl& root, const FormatOptions& options) = nothing_to_complete;
+  // What of a list, beside what `carries` tells, the format leaves behind; each with
+  // its number, as in "3 locators".
+  std::vector<std::string> (*further_losses)(const CGenericEdl& root) = no_further_losses;
   // After one that succeeded: what a person must know of the file, in a sentence that
   // goes on behind "is written, but"; empty for nothing.
   std::string (*remark)(const CGenericEdl& exported) = no_remark;

@@ -37,6 +37,9 @@ class EDL_API Application {
   // 1 for AIFC, anything else for WAVE.
   [[nodiscard]] virtual int get_aaf_export_file_type() = 0;
   [[nodiscard]] virtual int get_aaf_embed_audio() = 0;
+  // Whether an export may put its own in the place of an audio file that stands beside
+  // its AAF file already.
+  [[nodiscard]] virtual bool may_replace_audio(const wide_char* /*path*/) { return false; }
   [[nodiscard]] virtual int get_aaf_export_fixed_gain() = 0;
   [[nodiscard]] virtual int get_aaf_export_gain_automation() = 0;
   [[nodiscard]] virtual int get_aaf_export_pan_automation() = 0;

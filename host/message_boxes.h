@@ -23,6 +23,7 @@ class EDL_API MessageBoxes {
   // Words of ask_by_ids.
   static constexpr unsigned buttons_yes_no = 4;
   static constexpr unsigned icon_question = 2;
+  static constexpr unsigned icon_warning = 3;
 
   virtual ~MessageBoxes() = default;
 

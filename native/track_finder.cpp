@@ -95,6 +95,46 @@ void TrackFinder::add_stretch(Group& group, const Stretch& added) {
   }
 }
 
+// Gives a source those of its new channels that no earlier one has, also where a later
+// one has them.
+void TrackFinder::claim(Group& group, const Stretch& claimed) {
+  auto& stretches = group.stretches;
+  if (stretches.empty()) stretches.emplace(group.only.first, group.only);
+  auto at = stretches.upper_bound(claimed.first);
+  if (at != stretches.begin()) --at;
+  while (at != stretches.end() && at->first < claimed.end) {
+    const Stretch held = at->second;
+    if (held.end <= claimed.first || held.place <= claimed.place) {
+      ++at;
+      continue;
+    }
+    at = stretches.erase(at);
+    if (held.first < claimed.first) {
+      stretches.emplace(held.first, Stretch{held.first, claimed.first, held.place});
+    }
+    if (held.end > claimed.end) {
+      at = stretches.emplace(claimed.end, Stretch{claimed.end, held.end, held.place}).first;
+    }
+  }
+  add_stretch(group, claimed);
+}
+
+void TrackFinder::raise_channels(CGenericEDLFileTrack& track, std::uint16_t place,
+                                 std::uint16_t channels) {
+  const std::uint16_t before = track.m_no_channels;
+  if (channels <= before) return;
+  track.m_no_channels = channels;
+  const Key key = key_of(track);
+  const std::uint64_t hash = key.hash();
+  Group* const group = find_group(key, hash);
+  if (group == nullptr) {
+    add(track, place, hash, nullptr);
+    return;
+  }
+  const std::uint32_t first = track.m_first_channel;
+  claim(*group, {first + before, first + channels, place});
+}
+
 TrackFinder::Group* TrackFinder::find_group(const Key& key, std::uint64_t hash) {
   const std::size_t mask = m_slots.size() - 1;
   for (std::size_t at = hash & mask; m_slots[at].group != 0; at = (at + 1) & mask) {

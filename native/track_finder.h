@@ -29,6 +29,9 @@ class TrackFinder {
   // Answers the number of the entry's source, which is its place in the list,
   // narrowed to 16 bits. A new one goes to the tail.
   std::uint16_t find_or_make(CGenericEdlEntry& entry);
+  // Raises the channels of a source that stands in the list at `place`. Nothing happens
+  // when it has as many.
+  void raise_channels(CGenericEDLFileTrack& track, std::uint16_t place, std::uint16_t channels);
 
  private:
   // Views into a source, or into an entry for the time of a search.
@@ -67,6 +70,7 @@ class TrackFinder {
   // Null when no channel of the group's is this one.
   static const Stretch* find_channel(const Group& group, std::uint32_t channel);
   static void add_stretch(Group& group, const Stretch& added);
+  static void claim(Group& group, const Stretch& claimed);
   [[nodiscard]] Group* find_group(const Key& key, std::uint64_t hash);
   void add_known(const CGenericEDLFileTrack& track, std::uint16_t place);
   // `group` is what find_group answers for the track's key, which has this hash.

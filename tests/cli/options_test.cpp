@@ -173,7 +173,7 @@ TEST(Options, OfTheHost) {
   EXPECT_EQ(host.media_folders, (std::vector<std::string>{"/m1", "/m2"}));
   EXPECT_EQ(host.audio_folder, "/a");
   EXPECT_EQ(host.settings, (std::vector<std::string>{"A/B=1", "C/D=2"}));
-  EXPECT_EQ(host.choice, 3);
+  EXPECT_EQ(host.choice, "3");
 }
 
 TEST(Options, OptionThatTakesOneValueLeavesTheNextWordAlone) {
@@ -202,14 +202,21 @@ TEST(Options, OfAudioDecisionLists) {
 
 TEST(Options, OfAaf) {
   Arguments arguments;
-  parse(arguments,
-        {"--aaf-export-file-type", "aifc", "--aaf-embed-audio", "off", "--aaf-export-fixed-gain",
-         "off", "--aaf-export-gain-automation", "off", "--aaf-export-pan-automation", "off"});
+  parse(arguments, {"--essence", "aifc", "--external", "--overwrite-audio", "--no-fixed-gain",
+                    "--no-gain-automation", "--no-pan-automation"});
   EXPECT_TRUE(arguments.host.aaf_aifc);
   EXPECT_FALSE(arguments.host.aaf_embed_audio);
+  EXPECT_TRUE(arguments.host.aaf_overwrite_audio);
   EXPECT_FALSE(arguments.host.aaf_fixed_gain);
   EXPECT_FALSE(arguments.host.aaf_gain_automation);
   EXPECT_FALSE(arguments.host.aaf_pan_automation);
+  parse(arguments,
+        {"--essence", "wave", "--embed", "--fixed-gain", "--gain-automation", "--pan-automation"});
+  EXPECT_FALSE(arguments.host.aaf_aifc);
+  EXPECT_TRUE(arguments.host.aaf_embed_audio);
+  EXPECT_TRUE(arguments.host.aaf_fixed_gain);
+  EXPECT_TRUE(arguments.host.aaf_gain_automation);
+  EXPECT_TRUE(arguments.host.aaf_pan_automation);
 }
 
 TEST(Options, Corrections) {

@@ -65,7 +65,7 @@ TEST_F(Usage, WrongValues) {
       {{"--cmx-channel-mode", "65536"}, "a whole number, 0 to 65535"},
       {{"--cmx-merge-channels", "yes"}, "a whole number"},
       {{"--crossfade-policy", "never"}, "keep|adopt|ask"},
-      {{"--aaf-embed-audio", "1"}, "on|off"},
+      {{"--essence", "mp3"}, "wave|aifc"},
   };
   for (const auto& [options, told] : cases) {
     std::vector<std::string> arguments = {"inspect", in};

@@ -167,18 +167,29 @@ TEST(Choice, EmptyLineIsTheFirstRowAndQCancels) {
 
 TEST(Choice, OptionAnswersForThePerson) {
   Attended host;
-  host.options.choice = 2;
+  host.options.choice = "2";
   EXPECT_EQ(host.dialogs.choose(three_rows()), 1);
+  host.options.choice = "Reel 3";
+  EXPECT_EQ(host.dialogs.choose(three_rows()), 2);
   EXPECT_EQ(host.pty.screen(), "");
-  host.options.choice = 4;
-  EXPECT_EQ(host.dialogs.choose(three_rows()), -1);
-  EXPECT_EQ(host.pty.screen(), "edlconv: there is no row 4 among the 3 of \"Which one?\"\n");
 }
 
-TEST(Choice, FirstRowWhereNobodySits) {
+TEST(Choice, OptionThatNamesNoRowIsRefusedWithTheRows) {
+  for (const char* const choice : {"4", "0", "reel 3", "3 ", "-1", "99999999999999999999"}) {
+    Attended host;
+    host.options.choice = choice;
+    EXPECT_EQ(host.dialogs.choose(three_rows()), -1);
+    EXPECT_EQ(host.pty.screen(), "edlconv: there is no row \"" + std::string(choice) +
+                                     "\" for \"Which one?\" There are:\n"
+                                     "  1  Reel 1\n  2  Reel [2J\n  3  Reel 3\n");
+  }
+}
+
+TEST(Choice, CancelledWithTheRowsWhereNobodySits) {
   Unattended host;
-  EXPECT_EQ(host.dialogs.choose(three_rows()), 0);
-  EXPECT_EQ(host.line.written(), "edlconv: Which one? 1 of 3 taken: Reel 1\n");
+  EXPECT_EQ(host.dialogs.choose(three_rows()), -1);
+  EXPECT_EQ(host.line.written(),
+            "edlconv: Which one? There are:\n  1  Reel 1\n  2  Reel [2J\n  3  Reel 3\n");
   EXPECT_EQ(host.dialogs.choose({u"", u"", u"", {}}), -1);
 }
 

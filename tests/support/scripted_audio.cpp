@@ -47,6 +47,7 @@ void ScriptedAudio::add_waveform_request(AudioFile* file, std::int64_t position,
 }
 
 void ScriptedAudio::poll_waveforms() {
+  if (waiting.empty() && on_idle_poll) on_idle_poll();
   const std::size_t most = deliver_at_once == 0 ? waiting.size() : deliver_at_once;
   for (std::size_t i = 0; i < most && !waiting.empty(); ++i)
     deliver_one();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -66,6 +67,9 @@ class ScriptedAudio final : public AudioService {
   // What enable_waveforms answers for on and for off.
   int enable_result = 0;
   int disable_result = 0;
+
+  // Called by a poll that finds nothing to deliver.
+  std::function<void()> on_idle_poll;
 
   std::vector<int> enabled;
   // Every request ever made, and those that still wait.

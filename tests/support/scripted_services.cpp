@@ -201,6 +201,11 @@ const std::uint16_t* ScriptedApplication::get_fade_curve(int number) {
   return at == curves.end() ? nullptr : at->second.data();
 }
 
+bool ScriptedApplication::may_replace_audio(const wide_char* path) {
+  asked_to_replace.push_back(utf8(path));
+  return replace_audio;
+}
+
 void ScriptedApplication::set_straight_curve(int number) {
   auto& levels = curves[number];
   for (std::size_t i = 0; i < levels.size(); ++i) {

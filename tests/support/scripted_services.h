@@ -164,6 +164,7 @@ class ScriptedApplication final : public PlainApplication {
   HostFolder* get_imported_audio_folder() override { return imported_audio_folder; }
   int get_aaf_export_file_type() override { return aaf_export_file_type; }
   int get_aaf_embed_audio() override { return aaf_embed_audio; }
+  bool may_replace_audio(const wide_char* path) override;
   int get_aaf_export_fixed_gain() override { return aaf_export_fixed_gain; }
   int get_aaf_export_gain_automation() override { return aaf_export_gain_automation; }
   int get_aaf_export_pan_automation() override { return aaf_export_pan_automation; }
@@ -187,6 +188,9 @@ class ScriptedApplication final : public PlainApplication {
   HostFolder* imported_audio_folder = nullptr;
   int aaf_export_file_type = 0;
   int aaf_embed_audio = 0;
+  bool replace_audio = false;
+  // Paths that were asked about, as UTF-8.
+  std::vector<std::string> asked_to_replace;
   int aaf_export_fixed_gain = 0;
   int aaf_export_gain_automation = 0;
   int aaf_export_pan_automation = 0;
