@@ -67,6 +67,9 @@ Commands add_commands(CLI::App& app, Arguments& arguments) {
       ->required()
       ->type_name(" ");
   commands.aaf_dump->add_flag("--json", arguments.json, "As one JSON object");
+  commands.aaf_dump->add_flag("--all", arguments.all,
+                              "From the root of the file, with its definitions of classes and "
+                              "types; not with --aaf-library");
   for (CLI::App* const command : {commands.convert, commands.inspect, commands.aaf_dump})
     add_aaf_options(*command, arguments);
   commands.formats = app.add_subcommand("formats", formats_summary);
