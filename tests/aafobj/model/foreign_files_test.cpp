@@ -26,6 +26,24 @@ ClassId stored(const aafUID_t& id) {
   return class_id;
 }
 
+class CountingStorage final : public RawStorage {
+ public:
+  explicit CountingStorage(Bytes bytes) : m_inner(std::move(bytes)) {}
+  Result read_at(std::uint64_t position, std::span<std::byte> out, std::size_t& count) override {
+    ++reads;
+    return m_inner.read_at(position, out, count);
+  }
+  Result write_at(std::uint64_t, std::span<const std::byte>) override { return Result::read_only; }
+  Result size(std::uint64_t& bytes) override { return m_inner.size(bytes); }
+  Result set_size(std::uint64_t) override { return Result::read_only; }
+  Result synchronize() override { return Result::ok; }
+  bool writable() const override { return false; }
+  std::size_t reads = 0;
+
+ private:
+  MemoryStorage m_inner;
+};
+
 // A file put together storage by storage.
 class HandMadeFile {
  public:
@@ -73,6 +91,17 @@ class HandMadeFile {
   std::unique_ptr<ObjectFile> open(Access access = Access::read) {
     EXPECT_EQ(m_container->close(), Result::ok);
     return testing::open_bytes(m_storage->bytes(), access);
+  }
+
+  // On a storage that counts.
+  std::unique_ptr<ObjectFile> open_counted(std::shared_ptr<CountingStorage>& storage) {
+    EXPECT_EQ(m_container->close(), Result::ok);
+    storage = std::make_shared<CountingStorage>(m_storage->bytes());
+    std::unique_ptr<CompoundFile> container;
+    std::unique_ptr<ObjectFile> file;
+    EXPECT_EQ(CompoundFile::open(storage, Access::read, container), Result::ok);
+    EXPECT_EQ(ObjectFile::open(std::move(container), file), AAFRESULT_SUCCESS);
+    return file;
   }
 
   AAFRESULT open_result() {
@@ -331,6 +360,46 @@ TEST(ForeignFiles, IndirectValuesTellTheirOwnOrder) {
   ASSERT_EQ(get_indirect(*object, pid::TaggedValue_Value, read), AAFRESULT_SUCCESS);
   EXPECT_EQ(read.type, row_of(TypeIndex::Int32).identifier);
   EXPECT_EQ(Bytes(read.bytes.begin(), read.bytes.end()), bytes_of({2, 1, 0, 0}));
+}
+
+// A reference to something in a damaged set can stand in a file a million times.
+TEST(ForeignFiles, DamageIsLookedAtOnce) {
+  HandMadeFile made;
+  const StorageId header = made.put_top();
+  made.put_properties(header, ByteOrder::little,
+                      {{0x3b06, StoredForm::strong_vector, stored_text(u"Identifi-ionList-3b06")}});
+  made.put(header, u"Identifi-ionList-3b06 index", Bytes(20000, std::byte{0xff}));
+  std::shared_ptr<CountingStorage> storage;
+  const auto file = made.open_counted(storage);
+  ASSERT_NE(file, nullptr);
+  StoredObject* top = nullptr;
+  StoredObject* element = nullptr;
+  ASSERT_EQ(file->header(top), AAFRESULT_SUCCESS);
+  EXPECT_EQ(top->element_at(0x3b06, 0, element), AAFRESULT_BADCONTAINER);
+  const std::size_t reads = storage->reads;
+  EXPECT_GT(reads, 0U);
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(top->element_at(0x3b06, 0, element), AAFRESULT_BADCONTAINER);
+  EXPECT_EQ(storage->reads, reads);
+}
+
+TEST(ForeignFiles, DamagedPropertiesAreLookedAtOnce) {
+  HandMadeFile made;
+  const StorageId header = made.put_top();
+  made.put_properties(header, ByteOrder::little,
+                      {{0x3b03, StoredForm::strong_reference, stored_text(u"Content-3b03")}});
+  made.put(made.add(header, u"Content-3b03", AUID_AAFContentStorage), u"properties",
+           Bytes(20000, std::byte{0xff}));
+  std::shared_ptr<CountingStorage> storage;
+  const auto file = made.open_counted(storage);
+  ASSERT_NE(file, nullptr);
+  StoredObject* content = nullptr;
+  ASSERT_EQ(file->content(content), AAFRESULT_SUCCESS);
+  EXPECT_EQ(content->load(), AAFRESULT_BADCONTAINER);
+  const std::size_t reads = storage->reads;
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(content->load(), AAFRESULT_BADCONTAINER);
+  EXPECT_EQ(storage->reads, reads);
 }
 
 }  // namespace
