@@ -27,8 +27,8 @@ std::string dump_stored_objects(const Arguments& arguments, DumpWriter& writer) 
   std::unique_ptr<aafobj::ObjectFile> file;
   const AAFRESULT read = aafobj::ObjectFile::open(std::move(container), file);
   if (read < 0) return "its root or header: " + aafobj::shown(read);
-  aafobj::StoredObject* top = &file->root();
-  if (!arguments.all && file->header(top) < 0) top = &file->root();
+  aafobj::StoredObject* top = nullptr;
+  if (arguments.all || file->header(top) < 0) top = &file->root();
   DumpBridge bridge(writer);
   aafobj::dump_tree(*top, bridge);
   return {};

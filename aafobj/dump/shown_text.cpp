@@ -81,6 +81,11 @@ std::string utf8_text(std::u16string_view text) {
   return shown;
 }
 
+std::string shown_name(std::u16string_view name) {
+  if (name.size() <= most_name_units) return utf8_text(name);
+  return utf8_text(name.substr(0, most_name_units)) + "...";
+}
+
 std::string shown_bytes(std::span<const std::byte> bytes) {
   std::string text;
   put_digits(bytes.first(std::min(bytes.size(), most_shown_bytes)), text);

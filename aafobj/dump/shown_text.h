@@ -18,6 +18,11 @@ inline constexpr std::size_t most_shown_bytes = 64;
 // Halves of surrogate pairs that stand alone become U+FFFD.
 std::string utf8_text(std::u16string_view text);
 
+// The same of a name, which a damaged file may give any length and use any number of times:
+// one of more than most_name_units is cut and ends in "...".
+inline constexpr std::size_t most_name_units = 128;
+std::string shown_name(std::u16string_view name);
+
 // Two digits a byte, of the first most_shown_bytes.
 std::string shown_bytes(std::span<const std::byte> bytes);
 // The same, and how many there are when some are left out.

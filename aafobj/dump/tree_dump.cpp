@@ -13,7 +13,7 @@ namespace {
 
 class TreeDump {
  public:
-  explicit TreeDump(DumpSink& sink) : m_sink(sink) {}
+  TreeDump(MetaModel& meta, DumpSink& sink) : m_values(meta, sink), m_sink(sink) {}
 
   void object(StoredObject& object);
 
@@ -37,6 +37,7 @@ class TreeDump {
   void target(ObjectFile& file, const WeakTarget& target);
   void fault(AAFRESULT result) { m_sink.fault(shown(result)); }
 
+  ValueDump m_values;
   DumpSink& m_sink;
   int m_level = 0;
 };
@@ -56,7 +57,7 @@ void TreeDump::object(StoredObject& object) {
   ++m_level;
   const ClassDef& cls = object.class_def();
   const bool is_known = !cls.name.empty();
-  m_sink.begin_object(is_known ? utf8_text(cls.name) : shown(cls.identifier), is_known);
+  m_sink.begin_object(is_known ? shown_name(cls.name) : shown(cls.identifier), is_known);
   if (const AAFRESULT r = object.load(); r < 0) {
     m_sink.name("(properties)");
     fault(r);
@@ -73,7 +74,7 @@ void TreeDump::property(StoredObject& object, const Property& property) {
   if (!definition || definition->name.empty()) {
     m_sink.unknown_property(property.pid);
   } else {
-    m_sink.name(utf8_text(definition->name));
+    m_sink.name(shown_name(definition->name));
   }
   const StoredForm form =
       property.form == StoredForm::weak_set ? StoredForm::weak_vector : property.form;
@@ -90,7 +91,7 @@ void TreeDump::data(StoredObject& object, const Property& property) {
   if (!type || property.is_foreign) return raw(object, property);
   std::span<const std::byte> bytes;
   if (const AAFRESULT r = object.get_data(property.pid, bytes); r < 0) return fault(r);
-  dump_value(meta, *type, bytes, m_level, m_sink);
+  m_values.tell(*type, bytes, m_level);
 }
 
 void TreeDump::raw(StoredObject& object, const Property& property) {
@@ -185,7 +186,7 @@ void TreeDump::target(ObjectFile& file, const WeakTarget& target) {
   const AAFRESULT found = file.resolve(target, object);
   const std::u16string name =
       found < 0 ? name_of_missing(file.meta_model(), target.key) : name_in(*object);
-  std::string text = utf8_text(name) + (name.empty() ? "" : " ") + shown(target.key);
+  std::string text = shown_name(name) + (name.empty() ? "" : " ") + shown(target.key);
   if (found == AAFRESULT_OBJECT_NOT_FOUND) {
     text += " (not in the file)";
   } else if (found < 0) {
@@ -197,7 +198,7 @@ void TreeDump::target(ObjectFile& file, const WeakTarget& target) {
 }  // namespace
 
 void dump_tree(StoredObject& top, DumpSink& sink) {
-  TreeDump(sink).object(top);
+  TreeDump(top.file().meta_model(), sink).object(top);
 }
 
 }  // namespace aafobj

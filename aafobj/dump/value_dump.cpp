@@ -104,42 +104,7 @@ bool is_single_byte(const TypeDef& type) {
   return type.kind == TypeKind::integer && type.size_bytes == 1;
 }
 
-// A reader tells the value, or answers false and tells nothing.
-class ValueDump {
- public:
-  ValueDump(MetaModel& meta, int level, DumpSink& sink)
-      : m_meta(meta), m_level(level), m_sink(sink) {}
-
-  void value(const TypeDef& type, Bytes bytes);
-
- private:
-  using Reader = bool (ValueDump::*)(const TypeDef&, Bytes);
-  struct KindReader {
-    TypeKind kind;
-    Reader read;
-  };
-  static const std::array<KindReader, 12> readers;
-
-  bool read(const TypeDef& type, Bytes bytes);
-  bool integer(const TypeDef& type, Bytes bytes);
-  bool character(const TypeDef& type, Bytes bytes);
-  bool string(const TypeDef& type, Bytes bytes);
-  bool enumeration(const TypeDef& type, Bytes bytes);
-  bool extendible(const TypeDef& type, Bytes bytes);
-  bool array(const TypeDef& type, Bytes bytes);
-  bool fixed_array(const TypeDef& type, Bytes bytes);
-  bool text_list(Bytes bytes);
-  bool record(const TypeDef& type, Bytes bytes);
-  bool rename(const TypeDef& type, Bytes bytes);
-  bool indirect(const TypeDef& type, Bytes bytes);
-  bool opaque(const TypeDef& type, Bytes bytes);
-  void typed_bytes(const aafUID_t& type, Bytes bytes);
-  void plain_bytes(Bytes bytes) { m_sink.bytes(shown_bytes(bytes), bytes.size()); }
-
-  MetaModel& m_meta;
-  int m_level;
-  DumpSink& m_sink;
-};
+}  // namespace
 
 const std::array<ValueDump::KindReader, 12> ValueDump::readers = {{
     {TypeKind::integer, &ValueDump::integer},
@@ -156,11 +121,32 @@ const std::array<ValueDump::KindReader, 12> ValueDump::readers = {{
     {TypeKind::opaque, &ValueDump::opaque},
 }};
 
+void ValueDump::tell(const TypeDef& type, Bytes bytes, int level) {
+  m_level = level;
+  value(type, bytes);
+}
+
+void ValueDump::plain_bytes(Bytes bytes) {
+  m_sink.bytes(shown_bytes(bytes), bytes.size());
+}
+
+// Of several values with one number the first counts.
+const ValueDump::Members& ValueDump::members_of(const TypeDef& type) {
+  const auto [at, is_new] = m_members.try_emplace(&type);
+  Members& members = at->second;
+  if (!is_new) return members;
+  for (const TypeDef::Member& member : type.members) {
+    members.by_number.try_emplace(static_cast<std::uint64_t>(member.value), &member);
+    members.by_identifier.try_emplace(member.identifier, &member);
+  }
+  return members;
+}
+
 void ValueDump::value(const TypeDef& type, Bytes bytes) {
   if (m_level > deepest_level) return m_sink.fault("the tree is too deep");
   ++m_level;
   if (!read(type, bytes)) {
-    const std::string name = type.name.empty() ? shown(type.identifier) : utf8_text(type.name);
+    const std::string name = type.name.empty() ? shown(type.identifier) : shown_name(type.name);
     m_sink.fault(bytes.empty() ? "no bytes, where " + name + " is expected"
                                : "no value of " + name + ": " + shown_bytes_and_count(bytes));
   }
@@ -199,25 +185,25 @@ bool ValueDump::enumeration(const TypeDef& type, Bytes bytes) {
   const bool is_signed = type.element && type.element->is_signed;
   if (type.size_bytes != 0 && bytes.size() != type.size_bytes) return false;
   if (!take_number(bytes, is_signed, number)) return false;
-  const auto member = std::find_if(
-      type.members.begin(), type.members.end(),
-      [number](const TypeDef::Member& m) { return static_cast<std::uint64_t>(m.value) == number; });
-  if (member == type.members.end()) {
+  const auto& members = members_of(type).by_number;
+  const auto member = members.find(number);
+  if (member == members.end()) {
     m_sink.scalar(ShownKind::number, number_text(number, is_signed));
     return true;
   }
   const bool is_boolean = type.baseline == TypeIndex::Boolean;
-  m_sink.scalar(is_boolean ? ShownKind::boolean : ShownKind::word, utf8_text(member->name));
+  m_sink.scalar(is_boolean ? ShownKind::boolean : ShownKind::word,
+                shown_name(member->second->name));
   return true;
 }
 
 bool ValueDump::extendible(const TypeDef& type, Bytes bytes) {
   if (bytes.size() != sizeof(aafUID_t)) return false;
   const auto id = read_as<aafUID_t>(bytes);
-  const auto member = std::find_if(type.members.begin(), type.members.end(),
-                                   [&](const TypeDef::Member& m) { return m.identifier == id; });
+  const auto& members = members_of(type).by_identifier;
+  const auto member = members.find(id);
   m_sink.scalar(ShownKind::word,
-                member == type.members.end() ? shown(id) : utf8_text(member->name));
+                member == members.end() ? shown(id) : shown_name(member->second->name));
   return true;
 }
 
@@ -235,7 +221,10 @@ bool ValueDump::array(const TypeDef& type, Bytes bytes) {
     plain_bytes(bytes);
     return true;
   }
-  if (type.element->kind == TypeKind::string) return text_list(bytes);
+  // An array of characters is how the model tells of several texts.
+  const bool is_text =
+      type.element->kind == TypeKind::string || type.element->kind == TypeKind::character;
+  if (is_text && type.kind == TypeKind::variable_array) return text_list(bytes);
   const std::size_t size = type.element->size_bytes;
   if (size == 0 || bytes.size() % size != 0) return false;
   m_sink.begin_list(bytes.size() / size, false);
@@ -278,7 +267,7 @@ bool ValueDump::record(const TypeDef& type, Bytes bytes) {
   if (total != bytes.size()) return false;
   m_sink.begin_list(type.members.size(), true);
   for (const TypeDef::Member& field : type.members) {
-    m_sink.name(utf8_text(field.name));
+    m_sink.name(shown_name(field.name));
     value(*field.type, bytes.first(field.type->size_bytes));
     bytes = bytes.subspan(field.type->size_bytes);
   }
@@ -317,13 +306,6 @@ void ValueDump::typed_bytes(const aafUID_t& type, Bytes bytes) {
   m_sink.name("Value");
   plain_bytes(bytes);
   m_sink.end_list();
-}
-
-}  // namespace
-
-void dump_value(MetaModel& meta, const TypeDef& type, std::span<const std::byte> bytes, int level,
-                DumpSink& sink) {
-  ValueDump(meta, level, sink).value(type, bytes);
 }
 
 }  // namespace aafobj
