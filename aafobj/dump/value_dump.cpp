@@ -267,7 +267,7 @@ bool ValueDump::record(const TypeDef& type, Bytes bytes) {
   if (total != bytes.size()) return false;
   m_sink.begin_list(type.members.size(), true);
   for (const TypeDef::Member& field : type.members) {
-    m_sink.name(shown_name(field.name));
+    m_sink.name(field.name.empty() ? "?" : shown_name(field.name));
     value(*field.type, bytes.first(field.type->size_bytes));
     bytes = bytes.subspan(field.type->size_bytes);
   }
