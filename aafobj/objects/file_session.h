@@ -6,6 +6,7 @@
 
 #include "aafobj/model/object_file.h"
 #include "aafobj/objects/com_object.h"
+#include "aafobj/objects/counted_life.h"
 
 namespace aafobj {
 
@@ -14,7 +15,7 @@ class AafObject;
 // One open file behind the interfaces: the objects of the model, and the interface objects
 // that were made for them. Every interface object keeps its session alive, so that it stays
 // safe to use after the file is closed, when most operations give NOT_OPEN.
-class FileSession : public std::enable_shared_from_this<FileSession> {
+class FileSession : public std::enable_shared_from_this<FileSession>, private CountedLife {
  public:
   explicit FileSession(std::unique_ptr<ObjectFile> file) : m_file(std::move(file)) {}
   FileSession(const FileSession&) = delete;
