@@ -41,7 +41,7 @@ T read_as(Bytes bytes) {
 
 std::u16string units_of(Bytes bytes) {
   std::u16string text(bytes.size() / 2, u'\0');
-  std::memcpy(text.data(), bytes.data(), text.size() * 2);
+  if (!text.empty()) std::memcpy(text.data(), bytes.data(), text.size() * 2);
   return text;
 }
 
