@@ -181,6 +181,7 @@ AAFRESULT ObjectFile::set_cast_off_aside() {
 
 void ObjectFile::note_change(StoredObject& object) {
   m_path_index.clear();
+  ++m_change_count;
   if (object.m_is_changed) return;
   object.m_is_changed = true;
   m_changed.push_back(&object);

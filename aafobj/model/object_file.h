@@ -80,6 +80,8 @@ class ObjectFile {
   [[nodiscard]] AAFRESULT release_container(std::unique_ptr<CompoundFile>& container);
   // Objects that differ from what is in the file, in the order in which they changed.
   const std::vector<StoredObject*>& changed_objects() const { return m_changed; }
+  // Grows with every change, so that what was gathered before it is known to be old.
+  std::uint64_t change_count() const { return m_change_count; }
   bool has_unsaved_changes() const { return !m_changed.empty() || m_paths_changed; }
 
  private:
@@ -103,6 +105,7 @@ class ObjectFile {
   ReferencedProperties m_paths;
   bool m_paths_changed = false;
   PathIndex m_path_index;
+  std::uint64_t m_change_count = 0;
   std::deque<std::unique_ptr<StoredObject>> m_objects;
   StoredObject* m_root = nullptr;
   std::vector<StoredObject*> m_changed;  // in the order in which they changed

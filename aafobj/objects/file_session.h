@@ -7,6 +7,7 @@
 #include "aafobj/model/object_file.h"
 #include "aafobj/objects/com_object.h"
 #include "aafobj/objects/counted_life.h"
+#include "aafobj/objects/search_index.h"
 
 namespace aafobj {
 
@@ -17,12 +18,14 @@ class AafObject;
 // safe to use after the file is closed, when most operations give NOT_OPEN.
 class FileSession : public std::enable_shared_from_this<FileSession>, private CountedLife {
  public:
-  explicit FileSession(std::unique_ptr<ObjectFile> file) : m_file(std::move(file)) {}
+  explicit FileSession(std::unique_ptr<ObjectFile> file)
+      : m_file(std::move(file)), m_search_index(*m_file) {}
   FileSession(const FileSession&) = delete;
   FileSession& operator=(const FileSession&) = delete;
   ~FileSession();
 
   ObjectFile& file() { return *m_file; }
+  SearchIndex& search_index() { return m_search_index; }
   MetaModel& meta_model() { return m_file->meta_model(); }
   bool is_open() const { return m_file->is_open(); }
   bool is_writable() const { return m_file->is_writable(); }
@@ -82,6 +85,7 @@ class FileSession : public std::enable_shared_from_this<FileSession>, private Co
   HRESULT built_in_session(std::shared_ptr<FileSession>& session);
 
   std::unique_ptr<ObjectFile> m_file;
+  SearchIndex m_search_index;
   std::filesystem::path m_folder;
   std::unordered_map<const void*, ComObject*> m_definitions;  // not owned
   std::shared_ptr<FileSession> m_built_in;

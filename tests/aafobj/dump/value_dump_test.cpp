@@ -58,9 +58,8 @@ TEST(ValueDump, BytesThatAreNoValueOfTheTypeAreAFaultThatShowsThem) {
   EXPECT_EQ(told(TypeIndex::UInt16, {}), "FAULT no bytes, where aafUInt16 is expected\n");
   EXPECT_EQ(told(TypeIndex::Rational, bytes_of({1, 0, 0, 0})),
             "FAULT no value of Rational: 01000000\n");
-  EXPECT_EQ(
-      told(TypeIndex::AUIDSet, Bytes(17, std::byte{1})),
-      "FAULT no value of AUIDSet: 0101010101010101010101010101010101\n");
+  EXPECT_EQ(told(TypeIndex::AUIDSet, Bytes(17, std::byte{1})),
+            "FAULT no value of AUIDSet: 0101010101010101010101010101010101\n");
   EXPECT_EQ(told(TypeIndex::Boolean, bytes_of({1, 1})), "FAULT no value of Boolean: 0101\n");
   // Long ones are cut.
   EXPECT_EQ(

@@ -181,7 +181,7 @@ TEST_F(LivesTest, DamagedFiles) {
       // What is not of the definitions stands last.
       const std::size_t at = bytes.size() - 1 - random() % (trial % 3 == 1 ? bytes.size() : 20000);
       for (std::size_t i = at; i < std::min(at + 64, bytes.size()); ++i)
-        bytes[i] = static_cast<unsigned char>(random());
+        bytes[i] = static_cast<unsigned char>(random() & 0xff);
     }
     std::ofstream(folder.file("b.aaf"), std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()),
