@@ -31,7 +31,7 @@ namespace aaf {
 class EssenceExport;
 class ExternalAudio;
 class ImportIndex;
-}
+}  // namespace aaf
 
 class EDL_API CAAFEdlFile : public CGenericEdl {
  public:

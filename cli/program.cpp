@@ -67,8 +67,13 @@ Commands add_commands(CLI::App& app, Arguments& arguments) {
       ->required()
       ->type_name(" ");
   commands.aaf_dump->add_flag("--json", arguments.json, "As one JSON object");
+  commands.aaf_dump->add_flag("--all", arguments.all,
+                              "From the root of the file, with its definitions of classes and "
+                              "types; not with --aaf-library");
   for (CLI::App* const command : {commands.convert, commands.inspect, commands.aaf_dump})
     add_aaf_options(*command, arguments);
+  // The interfaces have no way to the root.
+  commands.aaf_dump->get_option("--all")->excludes(commands.aaf_dump->get_option("--aaf-library"));
   commands.formats = app.add_subcommand("formats", formats_summary);
   commands.formats->add_flag("--json", arguments.json, "As JSON");
   return commands;

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "tests/aaf/import_fixture.h"
+#include "tests/support/aaf_example.h"
 
 using namespace support;
 using testing::ElementsAre;
@@ -345,24 +346,7 @@ class DamageTest : public AafImportTest {
  protected:
   DamageTest() {
     correct_all();
-    const AafTake wave = file().source({.summary = std::vector<aafUInt8>(400, 'b')});
-    const AafTake aifc =
-        file().source({.essence = AafSource::Essence::aifc, .locators = {L"file:///C:/a.aif"}});
-    file().essence(wave.file, std::string(3000, 'w'));
-    const aafMobID_t inner =
-        file().composition({.name = L"inner", .slots = {sound({filler(5), clip(aifc, 100)})}});
-    AafSlot clock = timecode(90'000, 25);
-    clock.mark_in = 10;
-    file().composition(
-        {.slots = {clock,
-                   sound({clip(wave, 100),
-                          dissolve(10, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)}),
-                          gain(100, {point(0, 1, 1), point(1, 1, 1)}, clip(aifc, 100)),
-                          selector(10, filler(10)), scope(10, {clip(wave, 10)})}),
-                   sound({pan(50, {point(1, 2, 1, 2)}, clip(inner, 50, 10)),
-                          essence_group(5, {clip(wave, 5)})})},
-         .usage = kAAFUsage_TopLevel,
-         .default_fade = AafDefaultFade{.length = 5}});
+    describe_everything(file());
     file().save();
     bytes_ = read_file(path);
     path = folder.file("damaged.aaf");

@@ -23,9 +23,9 @@ constexpr aafUID_t component_length = {
 
 void check(HRESULT result, const char* what) {
   if (result >= 0) return;
-  char text[160];
-  std::snprintf(text, sizeof text, "%s: 0x%08X", what, static_cast<unsigned>(result));
-  throw std::runtime_error(text);
+  char number[16];
+  std::snprintf(number, sizeof number, ": 0x%08X", static_cast<unsigned>(result));
+  throw std::runtime_error(std::string(what) + number);
 }
 #define AAF_CHECK(call) check(call, #call)
 
