@@ -66,6 +66,8 @@ void add_entry(CGenericEdl& root, const Edit& edit) {
   entry->no_channels = static_cast<std::uint16_t>(edit.streams);
   for (int i = 0; i < edit.streams; ++i)
     entry->set_stream(i, static_cast<unsigned short>(edit.first_stream + i));
+  // The native text EDL takes streams from source channels.
+  entry->first_channel = static_cast<std::uint16_t>(edit.first_stream);
   entry->set_reel_name(name.c_str());
   entry->set_clip_name(name.c_str());
   entry->set_source_reel_name(name.c_str());
@@ -118,8 +120,8 @@ class EveryPair : public testing::Test {
   [[nodiscard]] std::string path(const std::string& stem, const FormatRow& row) const {
     return folder_.file(stem + std::string(row.extensions.front()));
   }
-  [[nodiscard]] RunResult convert(const FormatRow& from, const std::string& in,
-                                  const FormatRow& to, const std::string& out) const {
+  [[nodiscard]] RunResult convert(const FormatRow& from, const std::string& in, const FormatRow& to,
+                                  const std::string& out) const {
     return run_edlconv({"convert", in, out, "--from", std::string(from.name), "--to",
                         std::string(to.name), "--sample-rate", "48000", "--frame-rate", "25",
                         "--media", media_, "--audio-folder", folder_.folder("audio"),
@@ -128,9 +130,8 @@ class EveryPair : public testing::Test {
   }
   // Where the edits of a list lie; empty when it cannot be read.
   [[nodiscard]] static Places places_of(const FormatRow& row, const std::string& file) {
-    const RunResult run =
-        run_edlconv({"inspect", file, "--json", "--from", std::string(row.name), "--sample-rate",
-                     "48000", "--frame-rate", "25"});
+    const RunResult run = run_edlconv({"inspect", file, "--json", "--from", std::string(row.name),
+                                       "--sample-rate", "48000", "--frame-rate", "25"});
     EXPECT_TRUE(run.code == 0 || run.code == 4) << run.err;
     const auto json = nlohmann::json::parse(run.out, nullptr, false);
     Places places;
