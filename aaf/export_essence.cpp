@@ -232,14 +232,14 @@ class EssenceExport {
 
   HRESULT try_create(IAAFMasterMob& master, const Destination& destination) {
     ExternalAudio& external = *m_file.m_external_audio;
-    const bool stood_there = !m_embed && external.exists(destination.file_name);
-    const HRESULT created = master.CreateEssence(
-        essence_slot, m_factory.sound(), m_file.m_codec_id, m_rate, m_rate, no_compression,
-        destination.locator.get(), m_embed ? kAAFContainerDef_AAF : kAAFContainerDef_External,
-        m_file.m_essence_access.put());
     // A failure may leave the beginning of a file as well.
-    if (!m_embed && !stood_there) external.note_written(destination.file_name);
-    return created;
+    if (!m_embed && !external.exists(destination.file_name)) {
+      external.note_written(destination.file_name);
+    }
+    return master.CreateEssence(essence_slot, m_factory.sound(), m_file.m_codec_id, m_rate, m_rate,
+                                no_compression, destination.locator.get(),
+                                m_embed ? kAAFContainerDef_AAF : kAAFContainerDef_External,
+                                m_file.m_essence_access.put());
   }
 
   bool put_format(const CGenericEDLFileTrack& track) {
