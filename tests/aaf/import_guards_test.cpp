@@ -364,8 +364,6 @@ class DamageTest : public AafImportTest {
     } else {
       ++read_;
     }
-    for (CObList* const one : {list.get_generic_entry_list(), list.get_locator_list()})
-      delete_all(*one);
   }
 
   std::string bytes_;

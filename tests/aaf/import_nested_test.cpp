@@ -130,6 +130,52 @@ TEST_P(ImportNestedTest, EachMayWarnAgain) {
   EXPECT_THAT(boxes(), ElementsAre("[24731] 22050", "[24731] 22050"));
 }
 
+TEST_P(ImportNestedTest, AGroupThatTheWindowCuts) {
+  const AafTake source = take();
+  const std::vector<AafPoint> points = {point(1, 4, 1), point(3, 4, 1)};
+  const aafMobID_t inner =
+      nested({sound({gain(100, {1, 2}, gain(100, points, clip(source, 100))), clip(source, 50)})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 60, 50)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 50, .source = 50},
+                                   Edit{.in = 1050, .length = 10}));
+  EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F));
+  // A quarter lies before the window; three quarters are the middle of what is seen.
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{1025, 384}}}));
+}
+
+TEST_P(ImportNestedTest, AGroupOfAnotherLengthThanItsInput) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({gain(100, {1, 2}, clip(source, 80)), clip(source, 50)})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 150)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 80},
+                                   Edit{.in = GetParam() ? 1100 : 1080, .length = 50}));
+}
+
+TEST_P(ImportNestedTest, NothingInsideMovesThePosition) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound(
+      {gain(100, {1, 2}, clip(source, 100)), essence_group(40, {filler(1)}), clip(source, 50)})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 190)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 100},
+                                   Edit{.in = GetParam() ? 1140 : 1100, .length = 50}));
+}
+
+TEST_P(ImportNestedTest, ATransitionBeforeTheWindow) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 30, 150)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 30, .source = 60}));
+}
+
+// The window begins inside the overlap, so the place of the parent does not go back.
+TEST_P(ImportNestedTest, ATransitionAtTheHeadOfTheWindow) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 50, 95)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 5, .source = 95, .fade_out = 10},
+                                   Edit{.in = 5, .length = 50, .source = 5, .fade_in = 10}));
+}
+
 class NestedStreamTest : public AafImportTest {
  protected:
   void import_gain_on_stream_three() {
@@ -164,6 +210,18 @@ TEST_F(NestedStreamTest, CorrectedGainStaysOnItsStream) {
                           Edit{.stream = 3, .in = 190, .length = 50, .fade_in = 10}));
   EXPECT_THAT(levels(), ElementsAre(1.0F, 0.5F, 1.0F, 1.0F));
   EXPECT_THAT(automation(), ElementsAre(Chunk{0, 3, {{100, 384}}}));
+}
+
+// By the letter a chunk of a lower stream comes after one of a higher.
+TEST_F(NestedStreamTest, ByTheLetterChunksOfLowerStreamsGoBefore) {
+  const AafTake source = take();
+  const AafPart with_gain = gain(100, {point(0, 1, 1)}, clip(source, 100));
+  const aafMobID_t inner = file().composition({.slots = {sound({with_gain})}});
+  ASSERT_EQ(import_composition({.slots = {sound({filler(1)}), sound({with_gain}),
+                                          sound({filler(50), clip(inner, 100)})},
+                                .usage = kAAFUsage_TopLevel}),
+            100);
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{50, 384}}}, Chunk{0, 1, {{0, 384}}}));
 }
 
 }  // namespace

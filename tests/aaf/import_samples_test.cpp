@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <random>
 #include <set>
 #include <tuple>
 
@@ -32,6 +33,8 @@ class SamplesTest : public AafImportTest {
     std::filesystem::create_symlink(source_ / name, link);
     return import_path(link);
   }
+
+  [[nodiscard]] std::string sample_path(const std::string& name) const { return source_ / name; }
 
   // The path with this test's folders, where the table has D:/x and D:/imp.
   [[nodiscard]] std::string here(std::string text) const {
@@ -190,5 +193,34 @@ TEST_P(SampleListingsTest, GivesEveryEntry) {
 
 INSTANTIATE_TEST_SUITE_P(, SampleListingsTest,
                          testing::Range<std::size_t>(0, samples::listings().size()));
+
+// A thousand copies with bytes changed, the same ones every time.
+class SampleDamageTest : public SamplesTest, public testing::WithParamInterface<std::size_t> {
+ protected:
+  static constexpr unsigned copies = 18;
+};
+
+TEST_P(SampleDamageTest, ComesToAnEnd) {
+  const samples::Row& row = samples::rows().at(GetParam());
+  const std::string whole = read_file(sample_path(row.file));
+  std::mt19937 random(static_cast<unsigned>(GetParam()));
+  for (unsigned copy = 0; copy < copies; ++copy) {
+    if (copy == copies / 2) correct_all();
+    std::string bytes = whole;
+    const std::size_t changes = 1 + random() % 50;
+    for (std::size_t i = 0; i < changes; ++i)
+      bytes[random() % bytes.size()] = static_cast<char>(random());
+    const std::string path_of_copy = folder.file("damaged.aaf");
+    write_file(path_of_copy, bytes);
+    CGenericEdl list;
+    CAAFEdlFile damaged(&list);
+    const result_code code = damaged.import_edl(text_from_utf8(path_of_copy).c_str());
+    ASSERT_TRUE(code == 100 || code == 11) << code;
+    EXPECT_TRUE(code == 100 || list.get_generic_entry_list()->IsEmpty());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, SampleDamageTest,
+                         testing::Range<std::size_t>(0, samples::rows().size()));
 
 }  // namespace
