@@ -98,6 +98,7 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Export.
   void begin_export_log();
   [[nodiscard]] bool write_open_file(IAAFFile& file);
+  [[nodiscard]] bool write_content(IAAFHeader* header);
   [[nodiscard]] bool collect_export_entries();
   void collect_export_automation();
   void collect_export_locators();

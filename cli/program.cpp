@@ -10,6 +10,7 @@
 #include "cli/exit_codes.h"
 #include "cli/help_texts.h"
 #include "cli/messages.h"
+#include "cli/rescue.h"
 #include "cli/text_table.h"
 #include "core/edl_conversion.h"
 #include "embedded/embedded_host.h"
@@ -125,6 +126,9 @@ int run_command(std::span<const FormatRow> rows, const Commands& commands,
   embedded::EmbeddedOptions options = arguments.host;
   // Looking into a file leaves nothing behind, unless a folder was named for it.
   options.leave_audio_inside = commands.inspect->parsed();
+  options.on_audio_file = [](const std::string& path, const std::string& aside) {
+    Rescue::add({path, aside});
+  };
   Session session(options);
   if (!session.opened()) {
     tell("the conversion library is of another version");
