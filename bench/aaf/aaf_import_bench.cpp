@@ -1,7 +1,7 @@
 // Import of AAF files: compositions of 64 tracks, ten times as many clips in the second as
-// in the first, over a floor that opens the same file and asks each clip for its source;
-// and real files when EDL_SAMPLES names the folder above "aaf".
-// Run: build/bench/bench/aaf/aaf_import_bench
+// in the first, over a floor that opens the same file, asks each clip for its source and reads the
+// levels of each transition; and real files when EDL_SAMPLES names the folder above "aaf". Run:
+// build/bench/bench/aaf/aaf_import_bench
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -170,19 +170,43 @@ void import_cuts_with_gain(benchmark::State& state) {
 }
 BENCHMARK(import_cuts_with_gain)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
+bool leads_to_a_file(IAAFSourceClip& one) {
+  AafRef<IAAFMob> mob;
+  if (one.ResolveRef(mob.put()) != 0) return false;
+  const auto search = AAF_QUERY(IAAFSearchSource, mob.get());
+  AafRef<IAAFFindSourceInfo> info;
+  return search && search->SearchSource(1, 0, kAAFFileMob, nullptr, nullptr, info.put()) == 0;
+}
+
+void read_levels(IAAFTransition& joint) {
+  AafRef<IAAFOperationGroup> operation;
+  AafRef<IAAFParameter> level;
+  AafRef<IEnumAAFControlPoints> points;
+  if (joint.GetOperationGroup(operation.put()) != 0 ||
+      operation->LookupParameter(kAAFParameterDef_Level, level.put()) != 0) {
+    return;
+  }
+  const auto varying = AAF_QUERY(IAAFVaryingValue, level.get());
+  if (!varying || varying->GetControlPoints(points.put()) != 0) return;
+  for (AafRef<IAAFControlPoint> each; points->NextOne(each.put()) == 0;) {
+    aafRational_t value{};
+    aafUInt32 bytes = 0;
+    benchmark::DoNotOptimize(each->GetTime(&value));
+    benchmark::DoNotOptimize(
+        each->GetValue(sizeof value, reinterpret_cast<aafDataBuffer_t>(&value), &bytes));
+  }
+}
+
 // Clips of one slot that lead to a file.
 std::int64_t sources_found(IAAFSequence& sequence) {
   std::int64_t found = 0;
   AafRef<IEnumAAFComponents> components;
   if (sequence.GetComponents(components.put()) != 0) return 0;
   for (AafRef<IAAFComponent> component; components->NextOne(component.put()) == 0;) {
-    const auto each = AAF_QUERY(IAAFSourceClip, component.get());
-    AafRef<IAAFMob> mob;
-    if (!each || each->ResolveRef(mob.put()) != 0) continue;
-    const auto search = AAF_QUERY(IAAFSearchSource, mob.get());
-    AafRef<IAAFFindSourceInfo> info;
-    if (search && search->SearchSource(1, 0, kAAFFileMob, nullptr, nullptr, info.put()) == 0)
-      ++found;
+    if (const auto one = AAF_QUERY(IAAFSourceClip, component.get()))
+      found += leads_to_a_file(*one.get()) ? 1 : 0;
+    else if (const auto joint = AAF_QUERY(IAAFTransition, component.get()))
+      read_levels(*joint.get());
   }
   return found;
 }
