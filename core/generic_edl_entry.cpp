@@ -248,6 +248,17 @@ void CGenericEdlEntry::set_dest_out_string(const wide_char* text) {
   set_dest_out_string(std::u16string_view(text, text_length(text)));
 }
 
+void CGenericEdlEntry::set_time_strings(const TimeTexts& texts, unsigned short rate) {
+  const TimeBase base = base_of(owner);
+  set_field(source_in_string, texts.source_in);
+  set_field(source_out_string, texts.source_out);
+  source_in = ::timecode_to_samples(base, texts.source_in);
+  source_out = ::timecode_to_samples(base, texts.source_out);
+  dest_in = ::timecode_to_samples(base, texts.dest_in);
+  dest_out = ::timecode_to_samples(base, texts.dest_out);
+  frame_rate = rate;
+}
+
 void CGenericEdlEntry::update_reel_frame_rate() {
   if (reel == nullptr || owner == nullptr) return;
   // An object that was never given a rate converts at its root's.

@@ -94,6 +94,15 @@ class EDL_API CGenericEdlEntry : public CObject {
   void set_dest_out_string(const wide_char* text);
   void set_dest_out_string(std::u16string_view text);
 
+  // The four setters in one.
+  struct TimeTexts {
+    std::u16string_view source_in;
+    std::u16string_view source_out;
+    std::u16string_view dest_in;
+    std::u16string_view dest_out;
+  };
+  void set_time_strings(const TimeTexts& texts, unsigned short frame_rate);
+
   // Gives the reel the owner's original frame rate.
   void update_reel_frame_rate();
   // Brings the source times to what their time code means at the reel's rate, if

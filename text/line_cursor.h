@@ -7,9 +7,14 @@
 #include <string_view>
 
 #include "host/text.h"
+#include "text/line_words.h"
 
 // Longest word that counts; what is longer is read in pieces.
 inline constexpr std::size_t longest_token = 1023;
+
+constexpr bool parts_words(wide_char c) {
+  return c == u' ' || c == u'\t' || c == u'\n';
+}
 
 // Leading blanks, TABs and LFs of a text.
 EDL_API std::size_t leading_space(std::u16string_view text);
@@ -49,7 +54,11 @@ class EDL_API LineCursor {
   explicit LineCursor(std::u16string_view line)
       : at_(line.empty() ? u"" : line.data()), end_(at_ + line.size()) {}
   // Of a terminated line, which is read no further than the words that are asked for.
-  explicit LineCursor(const wide_char* line) : at_(line == nullptr ? u"" : line) {}
+  LineCursor(const wide_char* line)  // NOLINT: it stands for its line
+      : at_(line == nullptr ? u"" : line) {}
+  // Of a line whose words are known. They must outlive the cursor too.
+  explicit LineCursor(const text::LineWords& words)
+      : at_(words.line()), line_(words.line()), word_(words.words()) {}
 
   // The next word, empty at the end of the line.
   std::u16string_view next() {
@@ -60,7 +69,13 @@ class EDL_API LineCursor {
   }
   // The same without passing it; the space in front of it is passed.
   std::u16string_view peek() {
-    if (!peeked_) find_word();
+    if (!peeked_) {
+      if (word_ != nullptr) {
+        take_known_word();
+      } else {
+        find_word();
+      }
+    }
     return {at_, length_};
   }
   [[nodiscard]] std::u16string_view rest() const {
@@ -70,12 +85,22 @@ class EDL_API LineCursor {
   [[nodiscard]] const wide_char* at() const { return at_; }
 
  private:
-  // Moves to the next word and measures it.
+  // Move to the next word and measure it.
   void find_word();
+  void take_known_word() {
+    at_ = line_ + word_->start;
+    length_ = word_->length;
+    // The last one, which is empty, stays.
+    if (length_ != 0) ++word_;
+    peeked_ = true;
+  }
 
   const wide_char* at_;
   // Null for a line that ends at its terminator.
   const wide_char* end_ = nullptr;
   std::size_t length_ = 0;
   bool peeked_ = false;
+  // Null where words are found as they are asked for.
+  const wide_char* line_ = nullptr;
+  const text::LineWords::Word* word_ = nullptr;
 };

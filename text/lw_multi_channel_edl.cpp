@@ -83,7 +83,7 @@ int CLWMultiChannelEdl::is_ignored_event(const wide_char* /*text*/) {
 }
 
 int CLWMultiChannelEdl::is_audio_event(const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   if (!text::numbers_an_event(line.next())) return 0;
   line.next();
   return line.next().starts_with(u'A') ? 1 : 0;
@@ -111,7 +111,7 @@ void CLWMultiChannelEdl::parse_transition_length(CGenericEdlEntry* entry,
 
 result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
                                             int* skip) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view number = line.next();
   if (all_digits(number)) entry->event_number = event_number_value(number);
   if (const std::u16string_view reel = line.next(); !reel.empty()) {
@@ -130,7 +130,7 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  read_four_times(entry, line.at(), &negative);
+  read_four_times(entry, line, &negative);
   return negative ? result::negative_time : result::line_good;
 }
 

@@ -195,7 +195,7 @@ result_code CMarloTextEdl::parse_video_event(CGenericEdlVideoEntry* /*entry*/,
 
 result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
                                        int* bad_time) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view first = line.peek();
   if (first.size() == 1) {
     CGenericEdlEntry* const last = first_entry();
@@ -209,7 +209,7 @@ result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char*
   }
   take_channels(line.next(), *entry);
   bool negative = false;
-  read_four_times(entry, line.at(), &negative);
+  read_four_times(entry, line, &negative);
   if (negative) *bad_time = 1;
   return negative ? result::negative_time : result::line_good;
 }

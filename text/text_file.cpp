@@ -1,6 +1,7 @@
 #include "text/text_file.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "host/code_page.h"
 #include "host/host.h"
@@ -21,6 +22,45 @@ constexpr bool ends_file(int byte) {
   return byte < 0 || byte == end_of_line_mark;
 }
 
+// A bit set when one of eight bytes is zero.
+constexpr std::uint64_t zero_byte(std::uint64_t bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  return (bytes - ones) & ~bytes & (ones << 7);
+}
+
+// How many bytes stand in front of the first that ends a line.
+std::size_t bytes_of_line(std::string_view bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  std::size_t at = 0;
+  for (; bytes.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, bytes.data() + at, sizeof eight);
+    if ((zero_byte(eight ^ (ones * '\r')) | zero_byte(eight ^ (ones * '\n')) | zero_byte(~eight)) !=
+        0) {
+      break;
+    }
+  }
+  while (at < bytes.size() && !is_line_end(bytes[at]) &&
+         static_cast<unsigned char>(bytes[at]) != end_of_line_mark) {
+    ++at;
+  }
+  return at;
+}
+
+bool is_ascii(std::string_view bytes) {
+  unsigned char all = 0;
+  for (const char c : bytes)
+    all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+  return all < 0x80;
+}
+
+bool reads_ascii_as_itself(const CodePage::ByteTable& table) {
+  for (std::size_t i = 0; i < 0x80; ++i) {
+    if (table[i] != i) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 CTextFile::CTextFile(unsigned short size)
@@ -30,6 +70,8 @@ bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* erro
   line_number_ = line_ends_ = line_start_ = 0;
   after_return_ = write_failed_ = false;
   page_ = &host().code_page();
+  table_ = page_->byte_table();
+  ascii_as_itself_ = table_ != nullptr && reads_ascii_as_itself(*table_);
   return CStdioFile::Open(path, flags, error);
 }
 
@@ -76,10 +118,7 @@ wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
 // passes over its end.
 void CTextFile::gather_line(std::size_t max) {
   for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
-    const auto* const line_end = std::find_if(bytes.begin(), bytes.end(), [](char c) {
-      return is_line_end(c) || static_cast<unsigned char>(c) == end_of_line_mark;
-    });
-    const auto length = static_cast<std::size_t>(line_end - bytes.begin());
+    const std::size_t length = bytes_of_line(bytes);
     const std::size_t room = max - std::min(max, bytes_.size());
     bytes_.append(bytes.substr(0, std::min(length, room)));
     consume(length);
@@ -90,10 +129,16 @@ void CTextFile::gather_line(std::size_t max) {
 }
 
 void CTextFile::decode_line(wide_char* buffer, std::size_t max) {
-  if (const CodePage::ByteTable* const table = page_->byte_table(); table != nullptr) {
+  if (ascii_as_itself_ && is_ascii(bytes_)) {
     read_length_ = bytes_.size();
     std::transform(bytes_.begin(), bytes_.end(), buffer,
-                   [table](char c) { return (*table)[static_cast<unsigned char>(c)]; });
+                   [](char c) { return static_cast<wide_char>(static_cast<unsigned char>(c)); });
+    return;
+  }
+  if (table_ != nullptr) {
+    read_length_ = bytes_.size();
+    std::transform(bytes_.begin(), bytes_.end(), buffer,
+                   [this](char c) { return (*table_)[static_cast<unsigned char>(c)]; });
     return;
   }
   decoded_.clear();

@@ -11,10 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "host/code_page.h"
 #include "host/framework/stdio_file.h"
 #include "host/framework/string.h"
-
-class CodePage;
 
 class EDL_API CTextFile : public CStdioFile {
  public:
@@ -52,6 +51,9 @@ class EDL_API CTextFile : public CStdioFile {
 
   // The line that was read, terminated.
   [[nodiscard]] const wide_char* line() const { return line_buffer_.data(); }
+  [[nodiscard]] std::u16string_view text() const {
+    return {line_buffer_.data(), field_length(line_buffer_.data(), line_buffer_.size())};
+  }
   // Lines read, from 1; empty ones do not count.
   [[nodiscard]] int line_number() const { return line_number_; }
   // The line of the file as an editor counts it, from 1.
@@ -86,4 +88,7 @@ class EDL_API CTextFile : public CStdioFile {
   std::string bytes_;
   std::u16string decoded_;
   const CodePage* page_ = nullptr;
+  // The page's table, null where it has none, and whether it reads ASCII as itself.
+  const CodePage::ByteTable* table_ = nullptr;
+  bool ascii_as_itself_ = false;
 };
