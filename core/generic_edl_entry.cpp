@@ -114,6 +114,10 @@ void CGenericEdlEntry::set_stream(int i, unsigned short stream) {
 }
 
 void CGenericEdlEntry::set_reel_name(const wide_char* name) {
+  set_reel_name(std::u16string_view(name, text_length(name)));
+}
+
+void CGenericEdlEntry::set_reel_name(std::u16string_view name) {
   reel = owner == nullptr ? nullptr : owner->find_or_add_reel(name);
   if (reel == nullptr) set_field(reel_name, name);
 }
@@ -138,11 +142,19 @@ void CGenericEdlEntry::set_clip_name(const wide_char* text) {
   set_field(clip_name, text);
 }
 
+void CGenericEdlEntry::set_clip_name(std::u16string_view text) {
+  set_field(clip_name, text);
+}
+
 void CGenericEdlEntry::set_file_path(const wide_char* text) {
   set_field(file_path, text);
 }
 
 void CGenericEdlEntry::set_source_reel_name(const wide_char* text) {
+  set_padded_name(source_reel_name, {text, text_length(text, std::size(source_reel_name))});
+}
+
+void CGenericEdlEntry::set_source_reel_name(std::u16string_view text) {
   set_padded_name(source_reel_name, text);
 }
 
@@ -211,6 +223,10 @@ std::int64_t CGenericEdlEntry::timecode_to_samples(const wide_char* text) const 
 
 std::int64_t CGenericEdlEntry::timecode_to_samples(const CString& text) const {
   return ::timecode_to_samples(base_of(owner), text.view());
+}
+
+std::int64_t CGenericEdlEntry::timecode_to_samples(std::u16string_view text) const {
+  return ::timecode_to_samples(base_of(owner), text);
 }
 
 void CGenericEdlEntry::set_source_in_string(std::u16string_view text, unsigned short rate) {

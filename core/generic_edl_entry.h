@@ -51,6 +51,7 @@ class EDL_API CGenericEdlEntry : public CObject {
   // Ties the entry to the owner's reel of that name, made if need be. Where the
   // owner has no reels, 12 characters of the name go into the entry itself.
   void set_reel_name(const wide_char* name);
+  void set_reel_name(std::u16string_view name);
   // At most size - 1 characters. A size of 0 does nothing.
   void get_reel_name(wide_char* out, int size) const;
   // Raises the stream count of the source: of the reel, else of the entry's own.
@@ -58,9 +59,11 @@ class EDL_API CGenericEdlEntry : public CObject {
 
   // Setters cut at the field (128, 256, 32, 8 characters); null is the empty text.
   void set_clip_name(const wide_char* text);
+  void set_clip_name(std::u16string_view text);
   void set_file_path(const wide_char* text);
   // Padded with blanks to 32 characters.
   void set_source_reel_name(const wide_char* text);
+  void set_source_reel_name(std::u16string_view text);
   void set_originator(const wide_char* text);
   void set_originator_reference(const wide_char* text);
   void set_fade_in_name(const wide_char* text);
@@ -82,6 +85,7 @@ class EDL_API CGenericEdlEntry : public CObject {
   void samples_to_timecode(std::int64_t samples, wide_char* out) const;
   [[nodiscard]] std::int64_t timecode_to_samples(const wide_char* text) const;
   [[nodiscard]] std::int64_t timecode_to_samples(const CString& text) const;
+  [[nodiscard]] std::int64_t timecode_to_samples(std::u16string_view text) const;
 
   // Convert a time code at the owner's rates. The source setters also keep its
   // first 11 characters.

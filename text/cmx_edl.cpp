@@ -32,7 +32,7 @@ constexpr bool is_known_length(std::size_t length) {
   return length == 1 || length == 2 || length == 4;
 }
 
-std::u16string_view channel_token(LineCursor line) {
+std::u16string_view channel_token(LineCursor&& line) {
   const std::u16string_view number = line.next();
   if (!text::numbers_an_event(number)) return {};
   line.next();
@@ -46,10 +46,8 @@ void take_head(LineCursor& line, Entry& entry) {
   std::u16string_view reel = line.next();
   if (reel.empty()) return;
   if (reel.size() >= long_reel) reel = u"N/A";
-  wide_char name[long_reel] = {};
-  set_field(name, reel);
-  entry.set_reel_name(name);
-  entry.set_source_reel_name(name);
+  entry.set_reel_name(reel);
+  entry.set_source_reel_name(reel);
 }
 
 // Fields of an "AUD" note: the first of them and how many; a width of 0 is none.

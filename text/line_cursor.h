@@ -29,21 +29,6 @@ EDL_API std::int32_t digits_value(std::u16string_view text);
 // An event number: the low 16 bits of that value.
 EDL_API std::uint16_t event_number_value(std::u16string_view text);
 
-// A word as the terminated text that setters take, cut at size - 1 units.
-template <std::size_t size>
-class TerminatedText {
- public:
-  explicit TerminatedText(std::u16string_view word) {
-    const std::size_t kept = std::min(word.size(), size - 1);
-    std::copy_n(word.data(), kept, text_);
-    text_[kept] = u'\0';
-  }
-  operator const wide_char*() const { return text_; }  // NOLINT: it stands for its text
-
- private:
-  wide_char text_[size];
-};
-
 // The number at the head of a word as a level; 0 for none, and for one that no level
 // can be.
 EDL_API float level_value(std::u16string_view word);

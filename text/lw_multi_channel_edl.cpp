@@ -114,11 +114,9 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
   LineCursor line = cursor_of(text);
   const std::u16string_view number = line.next();
   if (all_digits(number)) entry->event_number = event_number_value(number);
-  if (const std::u16string_view reel = line.next(); !reel.empty()) {
-    wide_char name[reel_column_size];
-    set_field(name, reel);
-    entry->set_reel_name(name);
-    entry->set_source_reel_name(name);
+  if (const std::u16string_view reel = line.next().substr(0, reel_column_size - 1); !reel.empty()) {
+    entry->set_reel_name(reel);
+    entry->set_source_reel_name(reel);
   }
   if (parse_channels(entry, line.next(), skip) != result::line_good) return result::line_bad;
   const std::u16string_view transition = line.next();

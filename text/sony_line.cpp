@@ -33,12 +33,12 @@ SecondsAndFrames split_length(const CTextEdl& edl, std::int64_t length) {
 
 }  // namespace
 
-bool closes_list(LineCursor line) {
+bool closes_list(LineCursor&& line) {
   const std::u16string_view word = line.next();
   return word == u"." || word == u"END";
 }
 
-EventFields fields_of_numbered_event(LineCursor line) {
+EventFields fields_of_numbered_event(LineCursor&& line) {
   const std::u16string_view number = line.next();
   if (number.empty() || !all_digits(number)) return {};
   line.next();

@@ -68,6 +68,7 @@ CTextFile::CTextFile(unsigned short size)
 
 bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* error) {
   line_number_ = line_ends_ = line_start_ = 0;
+  text_length_ = 0;
   after_return_ = write_failed_ = false;
   page_ = &host().code_page();
   table_ = page_->byte_table();
@@ -77,16 +78,25 @@ bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* erro
 
 int CTextFile::get_line() {
   std::fill(line_buffer_.begin(), line_buffer_.end(), u'\0');
-  read_position_ = 0;
+  read_position_ = text_length_ = 0;
   if (ReadString(line_buffer_.data(), static_cast<unsigned>(size_ - 1)) == nullptr) return 0;
   // A line begins with a character that is none of those skipped in front of it, so it
   // is never blank.
-  const auto line_end = line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_);
-  if (bytes_.find('\0') != std::string::npos) {
+  if (has_nul_) {
+    const auto line_end = line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_);
     std::replace(line_buffer_.begin(), line_end, u'\0', u' ');
   }
+  text_length_ = is_plain_ ? read_length_ : field_length(line_buffer_.data(), read_length_);
   ++line_number_;
   return 1;
+}
+
+std::u16string_view CTextFile::cut_line(std::size_t length) {
+  if (text_length_ > length) {
+    text_length_ = length;
+    line_buffer_[length] = u'\0';
+  }
+  return text();
 }
 
 int CTextFile::next_byte() {
@@ -98,51 +108,67 @@ int CTextFile::next_byte() {
 }
 
 wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
-  bytes_.clear();
   read_length_ = 0;
   int byte = next_byte();
   while (is_skipped_at_start(byte))
     byte = next_byte();
   line_start_ = line_ends_ + 1;
   if (ends_file(byte)) return nullptr;
-  bytes_.push_back(static_cast<char>(byte));
-  gather_line(max);
+  put_back();
+  std::string_view line = take_line(max);
   if (max == 0) return nullptr;
-  while (bytes_.back() == '\0')
-    bytes_.pop_back();
-  decode_line(buffer, max);
+  while (line.back() == '\0')
+    line.remove_suffix(1);
+  has_nul_ = line.find('\0') != std::string_view::npos;
+  decode_line(line, buffer, max);
   return buffer;
 }
 
-// Takes the bytes up to the end of the line, at most `max` of the line in all, and
-// passes over its end.
-void CTextFile::gather_line(std::size_t max) {
-  for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
-    const std::size_t length = bytes_of_line(bytes);
-    const std::size_t room = max - std::min(max, bytes_.size());
-    bytes_.append(bytes.substr(0, std::min(length, room)));
+// Takes the bytes up to the end of the line, at most `max` of them, and passes over its
+// end. They stay until the next line is read.
+std::string_view CTextFile::take_line(std::size_t max) {
+  const std::string_view bytes = buffered();
+  const std::size_t length = bytes_of_line(bytes);
+  std::string_view line = bytes.substr(0, std::min(length, max));
+  if (length < bytes.size()) {
     consume(length);
-    if (length < bytes.size()) break;
+  } else {
+    gather_line(max);
+    line = bytes_;
   }
   after_return_ = false;
   next_byte();
+  return line;
 }
 
-void CTextFile::decode_line(wide_char* buffer, std::size_t max) {
-  if (ascii_as_itself_ && is_ascii(bytes_)) {
-    read_length_ = bytes_.size();
-    std::transform(bytes_.begin(), bytes_.end(), buffer,
+// The same of a line that may go on behind what is in the file's buffer. Its end is not
+// passed.
+void CTextFile::gather_line(std::size_t max) {
+  bytes_.clear();
+  for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
+    const std::size_t length = bytes_of_line(bytes);
+    bytes_.append(bytes.substr(0, std::min(length, max - bytes_.size())));
+    consume(length);
+    if (length < bytes.size()) break;
+  }
+}
+
+void CTextFile::decode_line(std::string_view line, wide_char* buffer, std::size_t max) {
+  is_plain_ = ascii_as_itself_ && is_ascii(line);
+  if (is_plain_) {
+    read_length_ = line.size();
+    std::transform(line.begin(), line.end(), buffer,
                    [](char c) { return static_cast<wide_char>(static_cast<unsigned char>(c)); });
     return;
   }
   if (table_ != nullptr) {
-    read_length_ = bytes_.size();
-    std::transform(bytes_.begin(), bytes_.end(), buffer,
+    read_length_ = line.size();
+    std::transform(line.begin(), line.end(), buffer,
                    [this](char c) { return (*table_)[static_cast<unsigned char>(c)]; });
     return;
   }
   decoded_.clear();
-  page_->decode(bytes_, decoded_);
+  page_->decode(line, decoded_);
   read_length_ = std::min(decoded_.size(), max);
   std::copy_n(decoded_.data(), read_length_, buffer);
 }
