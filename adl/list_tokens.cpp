@@ -52,6 +52,24 @@ bool raw_token(std::string_view list, std::size_t& position, Token& token) {
   return position < list.size();
 }
 
+// From between two words to the next one that may be in quotes, a tag or a comment, or to
+// the end. Far the most words are none of these.
+std::size_t behind_plain_words(std::string_view list, std::size_t position) {
+  const char* at = list.data() + position;
+  const char* const end = list.data() + list.size();
+  while (at != end) {
+    if (is_blank(*at)) {
+      ++at;
+      continue;
+    }
+    if (*at == '"' || *at == '<' || *at == '/') break;
+    // Signs above the blank need no second look.
+    while (at != end && (*at > ' ' || !is_blank(*at)))
+      ++at;
+  }
+  return static_cast<std::size_t>(at - list.data());
+}
+
 }  // namespace
 
 bool get_next_token(std::string_view list, std::size_t& position, Token& token) {
@@ -71,7 +89,7 @@ bool get_next_token(std::string_view list, std::size_t& position, Token& token) 
 
 bool skip_section(std::string_view list, std::size_t& position, Token opening_tag) {
   Token token;
-  while (get_next_token(list, position, token)) {
+  while (get_next_token(list, position = behind_plain_words(list, position), token)) {
     if (token.size() == opening_tag.size() + 1 && token.starts_with("</") &&
         std::equal(token.begin() + 2, token.end(), opening_tag.begin() + 1,
                    [](char a, char b) { return upper(a) == upper(b); })) {

@@ -97,12 +97,16 @@ CGenericEdlEntry::CGenericEdlEntry(CGenericEdl* owner_edl, const CGenericEdlEntr
 }
 
 CGenericEdlEntry::~CGenericEdlEntry() {
-  delete[] streams;
+  if (streams != few_streams_) delete[] streams;
 }
 
 void CGenericEdlEntry::set_no_streams(int n) {
-  delete[] streams;
-  streams = n > 0 ? new (std::nothrow) std::uint16_t[static_cast<std::size_t>(n)] : nullptr;
+  if (streams != few_streams_) delete[] streams;
+  streams = nullptr;
+  if (n > 0 && n <= static_cast<int>(std::size(few_streams_))) streams = few_streams_;
+  if (n > static_cast<int>(std::size(few_streams_))) {
+    streams = new (std::nothrow) std::uint16_t[static_cast<std::size_t>(n)];
+  }
   no_streams = streams == nullptr ? 0 : n;
   std::fill_n(streams, no_streams, no_stream);
 }
@@ -147,6 +151,10 @@ void CGenericEdlEntry::set_clip_name(std::u16string_view text) {
 }
 
 void CGenericEdlEntry::set_file_path(const wide_char* text) {
+  set_field(file_path, text);
+}
+
+void CGenericEdlEntry::set_file_path(std::u16string_view text) {
   set_field(file_path, text);
 }
 

@@ -61,6 +61,7 @@ class EDL_API CGenericEdlEntry : public CObject {
   void set_clip_name(const wide_char* text);
   void set_clip_name(std::u16string_view text);
   void set_file_path(const wide_char* text);
+  void set_file_path(std::u16string_view text);
   // Padded with blanks to 32 characters.
   void set_source_reel_name(const wide_char* text);
   void set_source_reel_name(std::u16string_view text);
@@ -126,10 +127,16 @@ class EDL_API CGenericEdlEntry : public CObject {
   std::int64_t dest_in;
   std::int64_t dest_out;
   std::int64_t source_in;
-  std::int64_t source_out;
   // Destination stream of each channel; owned.
   std::uint16_t* streams = nullptr;
   std::int32_t no_streams = 0;
+
+ private:
+  // Where `streams` points while there are few of them.
+  std::uint16_t few_streams_[2];
+
+ public:
+  std::int64_t source_out;
   // First channel of the source that this edit plays, from 0.
   std::uint16_t first_channel = 0;
   std::uint16_t event_number = event_number_not_set;

@@ -1,7 +1,6 @@
 #include "core/reel_index.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "core/generic_reel.h"
@@ -11,26 +10,35 @@ namespace {
 // No reel has a name of more units.
 constexpr std::size_t longest_name = sizeof(CGenericReel::reel_name) / sizeof(wide_char);
 
+// In words: a comparison of bytes would wait until a key just made is in memory.
+bool equal(const std::array<std::uint64_t, 4>& a, const std::array<std::uint64_t, 4>& b) {
+  return ((a[0] ^ b[0]) | (a[1] ^ b[1]) | (a[2] ^ b[2]) | (a[3] ^ b[3])) == 0;
+}
+
 }  // namespace
 
 ReelIndex::Key ReelIndex::key_of(std::u16string_view name) {
-  static_assert(longest_name <= std::tuple_size_v<Key>);
+  constexpr std::size_t units_a_word = 4;
+  static_assert(longest_name <= units_a_word * std::tuple_size_v<Key>);
   Key key{};
-  std::transform(name.begin(), name.end(), key.begin(), fold_case);
+  for (std::size_t word = 0; word * units_a_word < name.size(); ++word) {
+    std::uint64_t units = 0;
+    for (const wide_char c : name.substr(word * units_a_word, units_a_word))
+      units = units << 16 | fold_case(c);
+    key[word] = units;
+  }
   return key;
 }
 
 std::size_t ReelIndex::place_of(const Key& key) const {
   std::uint64_t mixed = 0;
-  for (std::size_t at = 0; at < key.size(); at += 4) {
-    std::uint64_t units = 0;
-    std::memcpy(&units, key.data() + at, sizeof units);
+  for (const std::uint64_t units : key) {
     mixed = (mixed ^ units) * 0x9E3779B97F4A7C15ULL;
     mixed ^= mixed >> 32;
   }
   const std::size_t mask = slots_.size() - 1;
   std::size_t place = mixed & mask;
-  while (slots_[place].reel != nullptr && slots_[place].key != key)
+  while (slots_[place].reel != nullptr && !equal(slots_[place].key, key))
     place = (place + 1) & mask;
   return place;
 }

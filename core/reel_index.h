@@ -23,8 +23,8 @@ class ReelIndex {
   void added(const CObList& reels, CGenericReel* reel);
 
  private:
-  // A name in lower case, with zeros behind it.
-  using Key = std::array<wide_char, 16>;
+  // A name in lower case, four units a word, with zeros behind it.
+  using Key = std::array<std::uint64_t, 4>;
   struct Slot {
     Key key;
     // Null in a slot that is free.

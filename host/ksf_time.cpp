@@ -25,21 +25,30 @@ bool read_run(std::u16string_view text, std::size_t& at, std::int64_t& value) {
   return at > start;
 }
 
-// The common form, "HH:MM:SS:FF" and no more, in one step. False for any other text.
-bool read_usual_form(std::u16string_view text, TimeCodeFields& fields) {
+// The common form, "HH:MM:SS:FF" and no more, in one step.
+struct UsualForm {
+  bool is_one = false;
+  std::uint8_t hours = 0;
+  std::uint8_t minutes = 0;
+  std::uint8_t seconds = 0;
+  std::uint8_t frames = 0;
+};
+
+UsualForm read_usual_form(std::u16string_view text) {
   if (text.size() != 11 || !is_separator(text[2]) || !is_separator(text[5]) ||
       !is_separator(text[8])) {
-    return false;
+    return {};
   }
   unsigned worst = 0;
   const auto two_digits = [&text, &worst](std::size_t at) {
     const unsigned tens = text[at] - unsigned{u'0'};
     const unsigned ones = text[at + 1] - unsigned{u'0'};
     worst = std::max({worst, tens, ones});
-    return std::int64_t{tens * 10 + ones};
+    return static_cast<std::uint8_t>(tens * 10 + ones);
   };
-  fields = {two_digits(0), two_digits(3), two_digits(6), two_digits(9), false};
-  return worst <= 9;
+  UsualForm form{true, two_digits(0), two_digits(3), two_digits(6), two_digits(9)};
+  form.is_one = worst <= 9;
+  return form;
 }
 
 // Samples of a count of frames within a second. The rates are few, and a division by a
@@ -60,6 +69,26 @@ constexpr std::int64_t dropped_before(std::int64_t minutes) {
   return (minutes % 10 + (minutes / 10) * 9) * 2;
 }
 
+// Samples of a time code without its sign; 0 when the sample rate is not set.
+std::int64_t magnitude_of(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                          std::int64_t frames, std::uint8_t sample_rate_index,
+                          std::uint8_t frame_rate_index) {
+  const std::int64_t sr = samples_per_second(sample_rate_index);
+  if (sr == 0) return 0;
+  const std::int64_t fps = frames_per_second(frame_rate_index);
+  // Nine digits a field keep the sum below 2^60.
+  std::int64_t x =
+      hours * 3600 * sr + minutes * 60 * sr + seconds * sr + samples_of_frames(frames, sr, fps);
+  if (frame_rate_index == frame_rate_2997_drop) {
+    x -= samples_of_frames(dropped_before(hours * 60 + minutes), sr, fps);
+  }
+  if (is_2997(frame_rate_index)) {
+    // Split so that the product with 1001 stays inside 64 bits.
+    x = x / 1000 * 1001 + (x % 1000 * 1001 + 500) / 1000;
+  }
+  return x;
+}
+
 void put_two_digits(wide_char*& out, std::int64_t value) {
   *out++ = static_cast<wide_char>(u'0' + value / 10 % 10);
   *out++ = static_cast<wide_char>(u'0' + value % 10);
@@ -69,8 +98,9 @@ void put_two_digits(wide_char*& out, std::int64_t value) {
 
 TimeCodeFields parse_time_code_fields(std::u16string_view text) {
   TimeCodeFields fields;
-  if (read_usual_form(text, fields)) return fields;
-  fields = {};
+  if (const UsualForm form = read_usual_form(text); form.is_one) {
+    return {form.hours, form.minutes, form.seconds, form.frames, false};
+  }
   std::size_t at = 0;
   if (!text.empty() && text[0] == u'-') {
     fields.negative = true;
@@ -89,20 +119,18 @@ TimeCodeFields parse_time_code_fields(std::u16string_view text) {
 
 std::int64_t time_code_samples(const TimeCodeFields& fields, std::uint8_t sample_rate_index,
                                std::uint8_t frame_rate_index) {
-  const std::int64_t sr = samples_per_second(sample_rate_index);
-  if (sr == 0) return 0;
-  const std::int64_t fps = frames_per_second(frame_rate_index);
-  // Nine digits a field keep the sum below 2^60.
-  std::int64_t x = fields.hours * 3600 * sr + fields.minutes * 60 * sr + fields.seconds * sr +
-                   samples_of_frames(fields.frames, sr, fps);
-  if (frame_rate_index == frame_rate_2997_drop) {
-    x -= samples_of_frames(dropped_before(fields.hours * 60 + fields.minutes), sr, fps);
-  }
-  if (is_2997(frame_rate_index)) {
-    // Split so that the product with 1001 stays inside 64 bits.
-    x = x / 1000 * 1001 + (x % 1000 * 1001 + 500) / 1000;
-  }
-  return fields.negative ? -x : x;
+  const std::int64_t samples = magnitude_of(fields.hours, fields.minutes, fields.seconds,
+                                            fields.frames, sample_rate_index, frame_rate_index);
+  return fields.negative ? -samples : samples;
+}
+
+std::int64_t time_code_samples(std::u16string_view text, std::uint8_t sample_rate_index,
+                               std::uint8_t frame_rate_index) {
+  const UsualForm form = read_usual_form(text);
+  return form.is_one
+             ? magnitude_of(form.hours, form.minutes, form.seconds, form.frames, sample_rate_index,
+                            frame_rate_index)
+             : time_code_samples(parse_time_code_fields(text), sample_rate_index, frame_rate_index);
 }
 
 std::int64_t drop_frame_number(std::int64_t frames) {
