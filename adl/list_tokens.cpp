@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace adl {
 
@@ -52,22 +54,37 @@ bool raw_token(std::string_view list, std::size_t& position, Token& token) {
   return position < list.size();
 }
 
-// From between two words to the next one that may be in quotes, a tag or a comment, or to
-// the end. Far the most words are none of these.
-std::size_t behind_plain_words(std::string_view list, std::size_t position) {
-  const char* at = list.data() + position;
-  const char* const end = list.data() + list.size();
-  while (at != end) {
-    if (is_blank(*at)) {
-      ++at;
-      continue;
+// A bit set when one of eight bytes is zero.
+constexpr std::uint64_t zero_byte(std::uint64_t bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  return (bytes - ones) & ~bytes & (ones << 7);
+}
+
+// The first sign from `position` on by which a word may be in quotes, a tag or a comment.
+std::size_t next_sign(std::string_view list, std::size_t position) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  for (; list.size() - position >= sizeof ones; position += sizeof ones) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, list.data() + position, sizeof eight);
+    if ((zero_byte(eight ^ (ones * '"')) | zero_byte(eight ^ (ones * '<')) |
+         zero_byte(eight ^ (ones * '/'))) != 0) {
+      break;
     }
-    if (*at == '"' || *at == '<' || *at == '/') break;
-    // Signs above the blank need no second look.
-    while (at != end && (*at > ' ' || !is_blank(*at)))
-      ++at;
   }
-  return static_cast<std::size_t>(at - list.data());
+  while (position < list.size() && list[position] != '"' && list[position] != '<' &&
+         list[position] != '/') {
+    ++position;
+  }
+  return position;
+}
+
+// From between two words to the next one that may be in quotes, a tag or a comment, or to
+// the end. Far the most words are none of these, and those stand between blanks.
+std::size_t behind_plain_words(std::string_view list, std::size_t position) {
+  for (std::size_t at = position;; ++at) {
+    at = next_sign(list, at);
+    if (at == list.size() || at == position || is_blank(list[at - 1])) return at;
+  }
 }
 
 }  // namespace
