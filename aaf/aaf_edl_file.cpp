@@ -16,7 +16,8 @@ CAAFEdlFile::~CAAFEdlFile() {
 }
 
 aaf::ImportIndex& CAAFEdlFile::import_index() {
-  if (m_import_index == nullptr) m_import_index = std::make_unique<aaf::ImportIndex>();
+  if (m_import_index == nullptr)
+    m_import_index = std::make_unique<aaf::ImportIndex>(m_import_limits);
   return *m_import_index;
 }
 

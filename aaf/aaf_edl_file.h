@@ -16,6 +16,7 @@
 
 #include "aaf/aaf_logger.h"
 #include "aaf/aaf_ref.h"
+#include "aaf/import_limits.h"
 #include "core/generic_edl.h"
 #include "host/framework/collections.h"
 #include "host/framework/ob_list.h"
@@ -31,7 +32,7 @@ namespace aaf {
 class EssenceExport;
 class ExternalAudio;
 class ImportIndex;
-}
+}  // namespace aaf
 
 class EDL_API CAAFEdlFile : public CGenericEdl {
  public:
@@ -54,6 +55,8 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Once for each object.
   [[nodiscard]] result_code export_edl(const wide_char* path, int option) override;
 
+  // Before an import. A file that asks for more is not read.
+  void set_import_limits(const AafImportLimits& limits) { m_import_limits = limits; }
   // After an import: the compositions that could be chosen, in the order of the dialog,
   // and which of them was; -1 for none. The report tells who made the file; null before.
   [[nodiscard]] const CStringArray& composition_names() const { return m_composition_names; }
@@ -95,6 +98,7 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // Export.
   void begin_export_log();
   [[nodiscard]] bool write_open_file(IAAFFile& file);
+  [[nodiscard]] bool write_content(IAAFHeader* header);
   [[nodiscard]] bool collect_export_entries();
   void collect_export_automation();
   void collect_export_locators();
@@ -163,6 +167,7 @@ class EDL_API CAAFEdlFile : public CGenericEdl {
   // While an export runs that writes its audio beside the file, or would.
   std::unique_ptr<aaf::ExternalAudio> m_external_audio;
 
+  AafImportLimits m_import_limits;
   std::unique_ptr<aaf::ImportIndex> m_import_index;
   CStringArray m_composition_names;
   std::int32_t m_composition = -1;

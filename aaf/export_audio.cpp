@@ -66,6 +66,7 @@ bool ExternalAudio::exists(std::u16string_view name) const {
 
 void ExternalAudio::note_written(std::u16string_view name) {
   m_written.emplace_back(name);
+  host().application().note_audio_file(text_from_utf8(path_of(name)).c_str(), u"");
 }
 
 bool ExternalAudio::set_aside(std::u16string_view name) {
@@ -74,7 +75,9 @@ bool ExternalAudio::set_aside(std::u16string_view name) {
     return false;
   }
   const std::string aside = aside_name(path);
-  if (aside.empty() || !rename(path, aside)) return false;
+  if (aside.empty()) return false;
+  host().application().note_audio_file(text_from_utf8(path).c_str(), text_from_utf8(aside).c_str());
+  if (!rename(path, aside)) return false;
   m_replaced.push_back({path, aside});
   return true;
 }

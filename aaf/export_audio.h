@@ -23,6 +23,7 @@ class ExternalAudio {
   // system that has none.
   [[nodiscard]] bool has_written(std::u16string_view name) const;
   [[nodiscard]] bool exists(std::u16string_view name) const;
+  // To be called before the file is made, so that the host knows of it.
   void note_written(std::u16string_view name);
 
   // Moves an older file out of the way, if the host lets it be replaced. False when it

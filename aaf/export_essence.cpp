@@ -1,6 +1,7 @@
 // Makes the master mobs of an export, one for each channel of each source, and copies
 // their audio into the AAF file or beside it.
 #include <limits>
+#include <new>
 
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_text.h"
@@ -92,7 +93,7 @@ class EssenceExport {
     m_file.m_progress = std::make_unique<CEssenceStorageProgressDlg>(
         0U, m_file.m_total_tracks, m_file.m_total_kilobytes, &m_file.m_abort_requested);
     m_file.m_progress->set_position(0);
-    const bool written = export_sources();
+    const bool written = export_sources_within_memory();
     m_file.drop_packets();
     m_file.m_progress.reset();
     const bool disabled = host().audio().enable_waveforms(0) == 0;
@@ -131,6 +132,16 @@ class EssenceExport {
       }
       return true;
     });
+  }
+
+  // Waveforms are switched off and packets dropped also when memory runs out.
+  bool export_sources_within_memory() {
+    try {
+      return export_sources();
+    } catch (const std::bad_alloc&) {
+      m_file.cancel_export();
+      return false;
+    }
   }
 
   // Until `work` answers false; answers whether it never did.
@@ -221,14 +232,14 @@ class EssenceExport {
 
   HRESULT try_create(IAAFMasterMob& master, const Destination& destination) {
     ExternalAudio& external = *m_file.m_external_audio;
-    const bool stood_there = !m_embed && external.exists(destination.file_name);
-    const HRESULT created = master.CreateEssence(
-        essence_slot, m_factory.sound(), m_file.m_codec_id, m_rate, m_rate, no_compression,
-        destination.locator.get(), m_embed ? kAAFContainerDef_AAF : kAAFContainerDef_External,
-        m_file.m_essence_access.put());
     // A failure may leave the beginning of a file as well.
-    if (!m_embed && !stood_there) external.note_written(destination.file_name);
-    return created;
+    if (!m_embed && !external.exists(destination.file_name)) {
+      external.note_written(destination.file_name);
+    }
+    return master.CreateEssence(essence_slot, m_factory.sound(), m_file.m_codec_id, m_rate, m_rate,
+                                no_compression, destination.locator.get(),
+                                m_embed ? kAAFContainerDef_AAF : kAAFContainerDef_External,
+                                m_file.m_essence_access.put());
   }
 
   bool put_format(const CGenericEDLFileTrack& track) {

@@ -1,5 +1,6 @@
 // Drives the export of an AAF file.
 #include <cerrno>
+#include <new>
 
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_dll.h"
@@ -132,13 +133,21 @@ bool CAAFEdlFile::write_open_file(IAAFFile& file) {
   bool written = file.GetHeader(header.put()) == 0 && header;
   if (written) {
     store_operational_pattern(header.get());
-    written = export_essence(header.get()) &&
-              CAAFCompMob(this).export_composition(header.get()) != 0 && file.Save() == 0;
+    written = write_content(header.get()) && file.Save() == 0;
   }
   if (written) read_back_identification(header.get());
   m_essence_access.reset();
   header.reset();
   return file.Close() == 0 && written;
+}
+
+// False also when memory runs out.
+bool CAAFEdlFile::write_content(IAAFHeader* header) {
+  try {
+    return export_essence(header) && CAAFCompMob(this).export_composition(header) != 0;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
 void CAAFEdlFile::begin_export_log() {

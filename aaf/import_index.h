@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "aaf/import_limits.h"
 #include "aafobj/api/aaf_types.h"
 #include "host/framework/ob_list.h"
 
@@ -23,20 +24,16 @@ namespace aaf {
 
 class ImportIndex {
  public:
-  // Components, control points and records looked at, records made, and automation
-  // points made by one import; segments within segments, and compositions within
-  // compositions. A small file can otherwise describe more than any machine holds, since
-  // compositions may share what they play.
-  static constexpr std::uint64_t most_visits = 10'000'000;
-  static constexpr std::uint64_t most_records = 1'000'000;
-  static constexpr std::uint64_t most_points = 4'000'000;
+  explicit ImportIndex(const AafImportLimits& limits) : limits_(limits) {}
+
+  // Segments within segments, and compositions within compositions.
   static constexpr unsigned most_depth = 64;
   static constexpr std::size_t most_nested = 32;
 
   // False when there were too many, and then for good.
-  [[nodiscard]] bool visit() { return within(visits_, most_visits); }
-  [[nodiscard]] bool make_record() { return within(records_, most_records); }
-  [[nodiscard]] bool make_point() { return within(points_, most_points); }
+  [[nodiscard]] bool visit() { return within(visits_, limits_.visits); }
+  [[nodiscard]] bool make_record() { return within(records_, limits_.records); }
+  [[nodiscard]] bool make_point() { return within(points_, limits_.points); }
   // Something was left out because there was too much of it.
   [[nodiscard]] bool is_exhausted() const { return exhausted_; }
 
@@ -117,6 +114,7 @@ class ImportIndex {
   }
   Run& run_of(CObList& automation, std::uint16_t parameter, std::uint16_t channel);
 
+  AafImportLimits limits_;
   std::uint64_t visits_ = 0;
   std::uint64_t records_ = 0;
   std::uint64_t points_ = 0;

@@ -23,7 +23,7 @@ struct EventParser::Event {
   bool has_gain = false;
   // Its source is not in the index, so it is passed over.
   bool is_dropped = false;
-  CGenericEDLFileEntry record;
+  std::unique_ptr<CGenericEDLFileEntry> record;
   std::int64_t dest_out = time_not_given;
 };
 
@@ -87,13 +87,14 @@ std::optional<std::int64_t> parse_time(Token token) {
   return samples == invalid_time_code ? std::nullopt : std::optional(samples);
 }
 
-CGenericEDLFileEntry new_record(std::uint16_t infade_curve, std::uint16_t outfade_curve) {
-  CGenericEDLFileEntry record;
-  record.m_dest_in = record.m_source_in = time_not_given;
-  record.m_fade_in_length = record.m_fade_out_length = time_not_given;
-  record.m_fade_in_curve = infade_curve;
-  record.m_fade_out_curve = outfade_curve;
-  record.m_stream_count = 1;
+std::unique_ptr<CGenericEDLFileEntry> new_record(std::uint16_t infade_curve,
+                                                 std::uint16_t outfade_curve) {
+  auto record = std::make_unique<CGenericEDLFileEntry>();
+  record->m_dest_in = record->m_source_in = time_not_given;
+  record->m_fade_in_length = record->m_fade_out_length = time_not_given;
+  record->m_fade_in_curve = infade_curve;
+  record->m_fade_out_curve = outfade_curve;
+  record->m_stream_count = 1;
   return record;
 }
 
@@ -131,7 +132,7 @@ Message EventParser::parse_event(const std::vector<Token>& tokens, std::size_t p
       return no_message;
     }
   }
-  const CGenericEDLFileEntry& record = event.record;
+  const CGenericEDLFileEntry& record = *event.record;
   if (event.has_infade && event.has_outfade &&
       record.m_fade_in_length + record.m_fade_out_length > record.m_length) {
     return string_id::adl_fades_too_long;
@@ -176,7 +177,7 @@ Message EventParser::parse_cut(Event& event) {
   const auto mode = next();
   if (!mode) return string_id::adl_entry_ended;
   if (mode->size() != 1) return string_id::adl_mode;
-  if (*mode == "M") event.record.m_flags |= mute_flag;
+  if (*mode == "M") event.record->m_flags |= mute_flag;
   next();
   return no_message;
 }
@@ -190,7 +191,7 @@ Message EventParser::parse_indexed_source(Event& event, Token source) {
   if (!all_digits(source)) return string_id::adl_cut_source_number;
   const auto at = m_places.find(wrapped_number(source) & 0xFFFFU);
   event.is_dropped = at == m_places.end();
-  if (!event.is_dropped) event.record.m_track_index = at->second;
+  if (!event.is_dropped) event.record->m_track_index = at->second;
   return no_message;
 }
 
@@ -202,7 +203,7 @@ Message EventParser::parse_inline_source(Event& event, Token source) {
     return string_id::adl_extension;
   CGenericEDLFileTrack* added = nullptr;
   const Message message = add_source(m_records.sources, url->path, wave_file, &added);
-  if (message == no_message) event.record.m_track_index = added->m_index;
+  if (message == no_message) event.record->m_track_index = added->m_index;
   return message;
 }
 
@@ -219,9 +220,9 @@ Message EventParser::parse_channels(Event& event) {
   if (from->is_range != to->is_range || from->count != to->count)
     return string_id::adl_channels_differ;
   m_streams += to->count;
-  event.record.m_channel_offset = from->first;
-  event.record.m_first_stream = to->first;
-  event.record.m_stream_count = to->count;
+  event.record->m_channel_offset = from->first;
+  event.record->m_first_stream = to->first;
+  event.record->m_stream_count = to->count;
   return no_message;
 }
 
@@ -230,8 +231,8 @@ Message EventParser::parse_times(Event& event) {
     std::int64_t* to;
     Message bad;
   };
-  const Time times[] = {{&event.record.m_source_in, string_id::adl_source_in},
-                        {&event.record.m_dest_in, string_id::adl_destination_in},
+  const Time times[] = {{&event.record->m_source_in, string_id::adl_source_in},
+                        {&event.record->m_dest_in, string_id::adl_destination_in},
                         {&event.dest_out, string_id::adl_destination_out}};
   for (const Time& time : times) {
     const auto token = next();
@@ -240,8 +241,8 @@ Message EventParser::parse_times(Event& event) {
     if (!samples) return time.bad;
     *time.to = *samples;
   }
-  if (event.record.m_dest_in > event.dest_out) return string_id::adl_destination_order;
-  event.record.m_length = event.dest_out - event.record.m_dest_in;
+  if (event.record->m_dest_in > event.dest_out) return string_id::adl_destination_order;
+  event.record->m_length = event.dest_out - event.record->m_dest_in;
   return no_message;
 }
 
@@ -252,7 +253,7 @@ Message EventParser::parse_fade(Event& event, const FadeForm& form) {
   if (!time) return form.no_time;
   const auto length = parse_time(*time);
   if (!length) return form.bad_time;
-  event.record.*form.length = *length;
+  (*event.record).*form.length = *length;
   const auto shape = next();
   const bool is_curve = shape && is_keyword(*shape, "CURVE");
   if (!is_curve && !(shape && is_keyword(*shape, "LIN"))) return form.bad_shape;
@@ -263,7 +264,7 @@ Message EventParser::parse_fade(Event& event, const FadeForm& form) {
     level = is_curve ? decimal_number(*parameter) : 0.0;
   }
   if (form.is_mirrored) std::swap(levels.front(), levels.back());
-  event.record.*form.curve = is_curve ? curve_of(levels) : std::uint16_t{0};
+  (*event.record).*form.curve = is_curve ? curve_of(levels) : std::uint16_t{0};
   // Words behind the parameters are skipped, a repeated keyword among them.
   next();
   for (std::size_t i = 0; i < skipped_behind_fade && !at_end(); ++i, next()) {
@@ -290,7 +291,7 @@ Message EventParser::parse_remark(Event& event) {
     return string_id::adl_remark;
   }
   const auto text = next();
-  if (text && is_name) event.record.set_name(widened_token(*text));
+  if (text && is_name) event.record->set_name(widened_token(*text));
   next();
   return no_message;
 }
@@ -305,7 +306,7 @@ Message EventParser::parse_gain(Event& event) {
   if (!is_decimal_number(*value)) return string_id::adl_gain;
   // Beyond these the level is no number or 0 all the same.
   const auto db = static_cast<float>(std::clamp(decimal_number(*value), -1e9, 1e9));
-  event.record.m_level = std::pow(10.0F, db * 0.05F);
+  event.record->m_level = std::pow(10.0F, db * 0.05F);
   next();
   return no_message;
 }
@@ -315,10 +316,9 @@ void EventParser::pass_unknown() {
   }
 }
 
-void EventParser::add_event(const Event& event) {
-  auto record = std::make_unique<CGenericEDLFileEntry>(event.record);
-  m_records.events.AddTail(record.get());
-  static_cast<void>(record.release());
+void EventParser::add_event(Event& event) {
+  m_records.events.AddTail(event.record.get());
+  static_cast<void>(event.record.release());
 }
 
 }  // namespace adl

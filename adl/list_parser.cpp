@@ -223,7 +223,7 @@ Message ListParser::walk_entries(std::size_t position, std::string_view keyword,
     do {
       if (!get_next_token(m_list, position, token))
         return fail(string_id::adl_token_expected, position);
-      m_tokens.push_back(token);
+      m_tokens.emplace_back(token.data(), token.size());
     } while (!is_keyword(token, keyword) && !is_keyword(token, closing_tag));
     m_tokens.pop_back();
     if (m_tokens.empty()) continue;

@@ -129,7 +129,7 @@ class EventParser {
   [[nodiscard]] std::uint16_t curve_of(const std::array<double, 3>& levels);
   void pass_unknown();
   [[nodiscard]] Message parse_field(Event& event);
-  void add_event(const Event& event);
+  void add_event(Event& event);
   // The word behind the current one, which it becomes; empty at the end.
   std::optional<Token> next();
   [[nodiscard]] bool at_end() const { return m_at >= m_tokens->size(); }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace adl {
 
@@ -52,6 +54,39 @@ bool raw_token(std::string_view list, std::size_t& position, Token& token) {
   return position < list.size();
 }
 
+// A bit set when one of eight bytes is zero.
+constexpr std::uint64_t zero_byte(std::uint64_t bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  return (bytes - ones) & ~bytes & (ones << 7);
+}
+
+// The first sign from `position` on by which a word may be in quotes, a tag or a comment.
+std::size_t next_sign(std::string_view list, std::size_t position) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  for (; list.size() - position >= sizeof ones; position += sizeof ones) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, list.data() + position, sizeof eight);
+    if ((zero_byte(eight ^ (ones * '"')) | zero_byte(eight ^ (ones * '<')) |
+         zero_byte(eight ^ (ones * '/'))) != 0) {
+      break;
+    }
+  }
+  while (position < list.size() && list[position] != '"' && list[position] != '<' &&
+         list[position] != '/') {
+    ++position;
+  }
+  return position;
+}
+
+// From between two words to the next one that may be in quotes, a tag or a comment, or to
+// the end. Far the most words are none of these, and those stand between blanks.
+std::size_t behind_plain_words(std::string_view list, std::size_t position) {
+  for (std::size_t at = position;; ++at) {
+    at = next_sign(list, at);
+    if (at == list.size() || at == position || is_blank(list[at - 1])) return at;
+  }
+}
+
 }  // namespace
 
 bool get_next_token(std::string_view list, std::size_t& position, Token& token) {
@@ -71,7 +106,7 @@ bool get_next_token(std::string_view list, std::size_t& position, Token& token) 
 
 bool skip_section(std::string_view list, std::size_t& position, Token opening_tag) {
   Token token;
-  while (get_next_token(list, position, token)) {
+  while (get_next_token(list, position = behind_plain_words(list, position), token)) {
     if (token.size() == opening_tag.size() + 1 && token.starts_with("</") &&
         std::equal(token.begin() + 2, token.end(), opening_tag.begin() + 1,
                    [](char a, char b) { return upper(a) == upper(b); })) {

@@ -1,5 +1,8 @@
 #include "aaf/aaf_tree.h"
 
+#include "aafobj/dump/shown_text.h"
+#include "aafobj/dump/tree_dump.h"
+#include "cli/aaf_dump_bridge.h"
 #include "cli/aaf_dump_writers.h"
 #include "cli/commands.h"
 #include "cli/exit_codes.h"
@@ -10,31 +13,46 @@ namespace cli {
 
 namespace {
 
-// The libraries' result of a system error: no such library.
-constexpr std::int32_t library_not_found = static_cast<std::int32_t>(0x8007007EU);
-
-int refuse(const std::string& path, std::int32_t result) {
-  if (result == library_not_found) {
-    tell("the AAF object library is not there: neither beside this program nor in the system");
-    hint("--aaf-library names one");
-    return exit_failed;
-  }
-  tell(path + ": cannot be read as an AAF file: " + aaf::result_words(result));
+int refuse(const std::string& path, const std::string& why) {
+  tell(path + ": cannot be read as an AAF file: " + why);
   return exit_bad_input;
+}
+
+// Why the file's tree could not be opened; empty when all that is there was told.
+std::string dump_stored_objects(const Arguments& arguments, DumpWriter& writer) {
+  std::unique_ptr<aafobj::CompoundFile> container;
+  const aafobj::Result opened =
+      aafobj::CompoundFile::open_disk(arguments.input, aafobj::Access::read, container);
+  if (opened != aafobj::Result::ok) return aafobj::result_text(opened);
+  std::unique_ptr<aafobj::ObjectFile> file;
+  const AAFRESULT read = aafobj::ObjectFile::open(std::move(container), file);
+  if (read < 0) return "its root or header: " + aafobj::shown(read);
+  aafobj::StoredObject* top = nullptr;
+  if (arguments.all || file->header(top) < 0) top = &file->root();
+  DumpBridge bridge(writer);
+  aafobj::dump_tree(*top, bridge);
+  return {};
+}
+
+// The same by way of the library that the person names.
+std::string dump_through_library(const Arguments& arguments, DumpWriter& writer) {
+  const std::int32_t result = aaf::tell_tree(arguments.input, writer);
+  return result < 0 ? aaf::result_words(result) : std::string();
 }
 
 }  // namespace
 
 int dump_aaf(const Arguments& arguments) {
-  const std::string why = why_unreadable(arguments.input);
+  std::string why = why_unreadable(arguments.input);
   if (!why.empty()) {
     tell(arguments.input + ": " + why);
     return exit_bad_input;
   }
   const std::unique_ptr<DumpWriter> writer =
       arguments.json ? make_json_dump_writer() : make_text_dump_writer();
-  const std::int32_t result = aaf::tell_tree(arguments.input, *writer);
-  if (result < 0) return refuse(arguments.input, result);
+  why = arguments.aaf_library.empty() ? dump_stored_objects(arguments, *writer)
+                                      : dump_through_library(arguments, *writer);
+  if (!why.empty()) return refuse(arguments.input, why);
   if (!writer->finish()) return exit_failed;
   if (writer->faults() == 0) return exit_done;
   tell(arguments.input + ": " +

@@ -39,6 +39,8 @@ struct Arguments {
   std::optional<ChannelWindow> channels;
   int export_flag = 0;
   bool json = false;
+  // Of a dump: from the root of the file, with the definitions of classes and types.
+  bool all = false;
 };
 
 // The settings with their channel map, which lives in `arguments`.

@@ -54,8 +54,7 @@ bool find_audio(const CGenericEdl& edl, embedded::MediaLibrary& media) {
     if (field_text(entry->file_path).empty()) ++nameless;
     entry->audio_content = media.absent();
   }
-  if (nameless > 0)
-    warn(counted(nameless, "edit names", "edits name") + " no audio, clip or reel");
+  if (nameless > 0) warn(counted(nameless, "edit names", "edits name") + " no audio, clip or reel");
   return all && nameless == 0;
 }
 

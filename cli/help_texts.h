@@ -54,10 +54,12 @@ inline constexpr const char* aaf_dump_lesson =
     "  edlconv aaf-dump film.aaf            the whole tree, a line for each value\n"
     "  edlconv aaf-dump film.aaf | grep -n 'CANNOT BE READ'\n"
     "      What is broken in a damaged file; what can be read is shown round it.\n"
-    "  edlconv aaf-dump --json film.aaf     the same as JSON, as docs/aaf_dump.md tells\n\n"
+    "  edlconv aaf-dump --json film.aaf     the same as JSON, as docs/aaf_dump.md tells\n"
+    "  edlconv aaf-dump --all film.aaf      with the definitions of classes and types\n\n"
     "Objects stand under the property that holds them, with the properties of their class by\n"
     "name. \"->\" refers to an object that stands elsewhere. Essence is told by its size. A class\n"
-    "or property that neither the published model nor the file gives a name has its identifier.";
+    "that neither the published model nor the file gives a name has its identifier; a property\n"
+    "has its number, as in \"unknown 0x8123\", and its bytes.";
 
 inline constexpr const char* formats_lesson =
     "List the formats: the names that --from and --to take.";

@@ -1,5 +1,6 @@
 #include "cli/media_report.h"
 
+#include <iterator>
 #include <map>
 
 #include "core/generic_edl_entry.h"
@@ -18,6 +19,17 @@ std::string why_missing(const std::string& path, const embedded::MediaLibrary& m
   return "not found";
 }
 
+// A path made from the name of the clip stands for the reel as well: not every list that
+// names both names the file by its clip.
+CAudCnt* find_by_reel(const CGenericEdlEntry& entry, embedded::MediaLibrary& media) {
+  const std::u16string by_clip = u"//" + std::u16string(field_text(entry.clip_name));
+  wide_char reel[std::size(decltype(CGenericEdlEntry::reel_name){})];
+  entry.get_reel_name(reel, static_cast<int>(std::size(reel)));
+  const std::u16string name(trimmed(field_text(reel)));
+  if (field_text(entry.file_path) != by_clip || name.empty()) return nullptr;
+  return media.find(u"//" + name, entry.source_index);
+}
+
 }  // namespace
 
 std::vector<MediaRow> find_media(const CGenericEdl& edl, embedded::MediaLibrary& media) {
@@ -30,6 +42,7 @@ std::vector<MediaRow> find_media(const CGenericEdl& edl, embedded::MediaLibrary&
     if (path.empty()) continue;
     if (entry->audio_content == nullptr)
       entry->audio_content = media.find(path, entry->source_index);
+    if (entry->audio_content == nullptr) entry->audio_content = find_by_reel(*entry, media);
     const bool found = entry->audio_content != nullptr;
     const auto [place, is_new] = known.try_emplace(std::u16string(path), rows.size());
     if (is_new)

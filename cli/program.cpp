@@ -10,6 +10,7 @@
 #include "cli/exit_codes.h"
 #include "cli/help_texts.h"
 #include "cli/messages.h"
+#include "cli/rescue.h"
 #include "cli/text_table.h"
 #include "core/edl_conversion.h"
 #include "embedded/embedded_host.h"
@@ -67,8 +68,13 @@ Commands add_commands(CLI::App& app, Arguments& arguments) {
       ->required()
       ->type_name(" ");
   commands.aaf_dump->add_flag("--json", arguments.json, "As one JSON object");
+  commands.aaf_dump->add_flag("--all", arguments.all,
+                              "From the root of the file, with its definitions of classes and "
+                              "types; not with --aaf-library");
   for (CLI::App* const command : {commands.convert, commands.inspect, commands.aaf_dump})
     add_aaf_options(*command, arguments);
+  // The interfaces have no way to the root.
+  commands.aaf_dump->get_option("--all")->excludes(commands.aaf_dump->get_option("--aaf-library"));
   commands.formats = app.add_subcommand("formats", formats_summary);
   commands.formats->add_flag("--json", arguments.json, "As JSON");
   return commands;
@@ -120,6 +126,9 @@ int run_command(std::span<const FormatRow> rows, const Commands& commands,
   embedded::EmbeddedOptions options = arguments.host;
   // Looking into a file leaves nothing behind, unless a folder was named for it.
   options.leave_audio_inside = commands.inspect->parsed();
+  options.on_audio_file = [](const std::string& path, const std::string& aside) {
+    Rescue::add({path, aside});
+  };
   Session session(options);
   if (!session.opened()) {
     tell("the conversion library is of another version");

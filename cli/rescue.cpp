@@ -5,6 +5,8 @@
 #include <array>
 #include <atomic>
 #include <cstdio>
+#include <list>
+#include <utility>
 
 namespace cli {
 
@@ -16,6 +18,16 @@ constexpr std::array<int, 3> ending_signals = {SIGINT, SIGTERM, SIGHUP};
 std::atomic<const KeptFile*> files_to_rescue = nullptr;
 std::atomic<std::size_t> file_count = 0;
 std::array<struct sigaction, ending_signals.size()> before;
+// The files of the one that lives, by generation: a handler may be looking at an earlier
+// one, so all stand until the end.
+std::list<std::vector<KeptFile>> generations;
+
+void publish(std::vector<KeptFile> files) {
+  const std::vector<KeptFile>& kept = generations.emplace_back(std::move(files));
+  files_to_rescue = kept.data();
+  // After the files: they only ever become more.
+  file_count = kept.size();
+}
 
 sigset_t signal_set() {
   sigset_t set;
@@ -37,8 +49,10 @@ void say(const char (&text)[size]) {
 
 // Only calls that are allowed inside a signal handler.
 extern "C" void rescue_and_end(int signal) {
+  // Backwards: where an old file was set aside, the new one goes first.
+  std::size_t i = file_count.load();
   const KeptFile* const files = files_to_rescue.load();
-  for (std::size_t i = 0; i < file_count.load(); ++i) {
+  while (i-- > 0) {
     if (files[i].aside.empty()) {
       ::unlink(files[i].path.c_str());
     } else {
@@ -54,8 +68,7 @@ extern "C" void rescue_and_end(int signal) {
 }  // namespace
 
 Rescue::Rescue(const std::vector<KeptFile>& files) {
-  files_to_rescue = files.data();
-  file_count = files.size();
+  publish(files);
   struct sigaction ours {};
   ours.sa_handler = rescue_and_end;
   ours.sa_mask = signal_set();
@@ -69,6 +82,14 @@ Rescue::~Rescue() {
   file_count = 0;
   for (std::size_t i = 0; i < ending_signals.size(); ++i)
     ::sigaction(ending_signals[i], &before[i], nullptr);
+  generations.clear();
+}
+
+void Rescue::add(KeptFile file) {
+  if (generations.empty()) return;
+  std::vector<KeptFile> files = generations.back();
+  files.push_back(std::move(file));
+  publish(std::move(files));
 }
 
 SignalPause::SignalPause() {

@@ -23,6 +23,9 @@ class Rescue {
   ~Rescue();
   Rescue(const Rescue&) = delete;
   Rescue& operator=(const Rescue&) = delete;
+
+  // One more file for the one that lives, if any.
+  static void add(KeptFile file);
 };
 
 // While one lives, these signals wait. May nest.

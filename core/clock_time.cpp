@@ -9,7 +9,5 @@ void samples_to_timecode(const TimeBase& base, std::int64_t samples, wide_char* 
 }
 
 std::int64_t timecode_to_samples(const TimeBase& base, std::u16string_view text) {
-  CClockTime time(text, base.time_format);
-  time.set_rates(base.sample_rate_index, base.frame_rate_index);
-  return time.to_samples();
+  return time_code_samples(text, base.sample_rate_index, base.frame_rate_index);
 }

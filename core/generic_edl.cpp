@@ -189,9 +189,21 @@ void CGenericEdl::set_sample_rate_index(unsigned char rate) {
 }
 
 CGenericReel* CGenericEdl::find_or_add_reel(const wide_char* name) {
-  const wide_char* const text = name == nullptr ? u"" : name;
+  return find_or_add_reel(std::u16string_view(name, text_length(name)));
+}
+
+CGenericReel* CGenericEdl::find_or_add_reel(std::u16string_view name) {
+  // The slot takes a terminated text.
+  wide_char short_name[64];
+  std::u16string long_name;
+  const wide_char* text = short_name;
+  if (name.size() < std::size(short_name)) {
+    short_name[name.copy(short_name, name.size())] = u'\0';
+  } else {
+    text = long_name.assign(name).c_str();
+  }
   if (supports_reel_objects(text) == 0) return nullptr;
-  if (CGenericReel* const known = reel_index_.find(reel_list, text); known != nullptr) {
+  if (CGenericReel* const known = reel_index_.find(reel_list, name); known != nullptr) {
     return known;
   }
   // Without memory for it the list gets a null, and the entry keeps the name itself.

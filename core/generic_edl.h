@@ -82,6 +82,7 @@ class EDL_API CGenericEdl : public CObject {
   // the tail of the list with this EDL's frame rate. Null where reels are not
   // supported, and where memory runs out: the list then gets a null.
   [[nodiscard]] CGenericReel* find_or_add_reel(const wide_char* name);
+  [[nodiscard]] CGenericReel* find_or_add_reel(std::u16string_view name);
   // Deletes the reels. Entries that used them keep the names, and the stream counts
   // of audio, in their own fields.
   void remove_all_reels();

@@ -23,13 +23,13 @@ TimeBase base_of(const CGenericEdl* owner) {
 }  // namespace
 
 CGenericEdlEntry::CGenericEdlEntry(CGenericEdl* owner_edl)
-    : source_in(time_not_given),
+    : dest_in(time_not_given),
+      dest_out(time_not_given),
+      source_in(time_not_given),
       source_out(time_not_given),
       frame_rate(base_of(owner_edl).frame_rate_index),
-      dest_in(time_not_given),
-      dest_out(time_not_given),
-      dest_length(time_not_given),
-      owner(owner_edl) {
+      owner(owner_edl),
+      dest_length(time_not_given) {
   const EDL_CONVERSION_SETTINGS& settings = settings_of(owner_edl);
   fade_in_curve = settings.default_fade_in_curve;
   fade_out_curve = settings.default_fade_out_curve;
@@ -38,42 +38,42 @@ CGenericEdlEntry::CGenericEdlEntry(CGenericEdl* owner_edl)
 }
 
 CGenericEdlEntry::CGenericEdlEntry(CGenericEdl* owner_edl, const CGenericEdlEntry* other)
-    : source_in(other->source_in),
-      source_out(other->source_out),
-      frame_rate(other->frame_rate),
-      source_is_timestamped(other->source_is_timestamped),
-      dest_in(other->dest_in),
+    : dest_in(other->dest_in),
       dest_out(other->dest_out),
-      dest_length(other->dest_length),
-      reel(other->reel),
-      owner(owner_edl),
-      reel_no_streams(other->reel_no_streams),
+      source_in(other->source_in),
+      source_out(other->source_out),
       first_channel(other->first_channel),
-      fade_in_curve(other->fade_in_curve),
-      fade_out_curve(other->fade_out_curve),
+      event_number(other->event_number),
+      reel(other->reel),
       fade_in_length(other->fade_in_length),
       fade_out_length(other->fade_out_length),
-      event_number(other->event_number),
-      event_flags(other->event_flags),
-      source_index(other->source_index),
-      chunk_flags(other->chunk_flags),
+      transition_type(other->transition_type),
+      frame_rate(other->frame_rate),
       no_channels(other->no_channels),
+      owner(owner_edl),
+      dest_length(other->dest_length),
+      original_dest_in(other->original_dest_in),
+      original_dest_out(other->original_dest_out),
+      original_source_in(other->original_source_in),
+      original_source_out(other->original_source_out),
+      source_is_timestamped(other->source_is_timestamped),
+      reel_no_streams(other->reel_no_streams),
+      fade_in_curve(other->fade_in_curve),
+      fade_out_curve(other->fade_out_curve),
       channel_offset(other->channel_offset),
       gain_left(other->gain_left),
       gain_right(other->gain_right),
+      level_in(other->level_in),
+      level_out(other->level_out),
+      event_flags(other->event_flags),
+      source_index(other->source_index),
+      chunk_flags(other->chunk_flags),
       fade_in_shape(other->fade_in_shape),
       mute_flag(other->mute_flag),
       fade_out_shape(other->fade_out_shape),
       source_timestamp(other->source_timestamp),
       source_time_word(other->source_time_word),
       source_channel(other->source_channel),
-      level_in(other->level_in),
-      level_out(other->level_out),
-      transition_type(other->transition_type),
-      original_dest_in(other->original_dest_in),
-      original_dest_out(other->original_dest_out),
-      original_source_in(other->original_source_in),
-      original_source_out(other->original_source_out),
       lw_channel_word(other->lw_channel_word),
       source_word(other->source_word) {
   std::copy(std::begin(other->source_in_string), std::end(other->source_in_string),
@@ -97,12 +97,16 @@ CGenericEdlEntry::CGenericEdlEntry(CGenericEdl* owner_edl, const CGenericEdlEntr
 }
 
 CGenericEdlEntry::~CGenericEdlEntry() {
-  delete[] streams;
+  if (streams != few_streams_) delete[] streams;
 }
 
 void CGenericEdlEntry::set_no_streams(int n) {
-  delete[] streams;
-  streams = n > 0 ? new (std::nothrow) std::uint16_t[static_cast<std::size_t>(n)] : nullptr;
+  if (streams != few_streams_) delete[] streams;
+  streams = nullptr;
+  if (n > 0 && n <= static_cast<int>(std::size(few_streams_))) streams = few_streams_;
+  if (n > static_cast<int>(std::size(few_streams_))) {
+    streams = new (std::nothrow) std::uint16_t[static_cast<std::size_t>(n)];
+  }
   no_streams = streams == nullptr ? 0 : n;
   std::fill_n(streams, no_streams, no_stream);
 }
@@ -114,6 +118,10 @@ void CGenericEdlEntry::set_stream(int i, unsigned short stream) {
 }
 
 void CGenericEdlEntry::set_reel_name(const wide_char* name) {
+  set_reel_name(std::u16string_view(name, text_length(name)));
+}
+
+void CGenericEdlEntry::set_reel_name(std::u16string_view name) {
   reel = owner == nullptr ? nullptr : owner->find_or_add_reel(name);
   if (reel == nullptr) set_field(reel_name, name);
 }
@@ -138,11 +146,23 @@ void CGenericEdlEntry::set_clip_name(const wide_char* text) {
   set_field(clip_name, text);
 }
 
+void CGenericEdlEntry::set_clip_name(std::u16string_view text) {
+  set_field(clip_name, text);
+}
+
 void CGenericEdlEntry::set_file_path(const wide_char* text) {
   set_field(file_path, text);
 }
 
+void CGenericEdlEntry::set_file_path(std::u16string_view text) {
+  set_field(file_path, text);
+}
+
 void CGenericEdlEntry::set_source_reel_name(const wide_char* text) {
+  set_padded_name(source_reel_name, {text, text_length(text, std::size(source_reel_name))});
+}
+
+void CGenericEdlEntry::set_source_reel_name(std::u16string_view text) {
   set_padded_name(source_reel_name, text);
 }
 
@@ -213,6 +233,10 @@ std::int64_t CGenericEdlEntry::timecode_to_samples(const CString& text) const {
   return ::timecode_to_samples(base_of(owner), text.view());
 }
 
+std::int64_t CGenericEdlEntry::timecode_to_samples(std::u16string_view text) const {
+  return ::timecode_to_samples(base_of(owner), text);
+}
+
 void CGenericEdlEntry::set_source_in_string(std::u16string_view text, unsigned short rate) {
   set_field(source_in_string, text);
   source_in = ::timecode_to_samples(base_of(owner), text);
@@ -246,6 +270,17 @@ void CGenericEdlEntry::set_dest_in_string(const wide_char* text) {
 
 void CGenericEdlEntry::set_dest_out_string(const wide_char* text) {
   set_dest_out_string(std::u16string_view(text, text_length(text)));
+}
+
+void CGenericEdlEntry::set_time_strings(const TimeTexts& texts, unsigned short rate) {
+  const TimeBase base = base_of(owner);
+  set_field(source_in_string, texts.source_in);
+  set_field(source_out_string, texts.source_out);
+  source_in = ::timecode_to_samples(base, texts.source_in);
+  source_out = ::timecode_to_samples(base, texts.source_out);
+  dest_in = ::timecode_to_samples(base, texts.dest_in);
+  dest_out = ::timecode_to_samples(base, texts.dest_out);
+  frame_rate = rate;
 }
 
 void CGenericEdlEntry::update_reel_frame_rate() {

@@ -51,6 +51,7 @@ class EDL_API CGenericEdlEntry : public CObject {
   // Ties the entry to the owner's reel of that name, made if need be. Where the
   // owner has no reels, 12 characters of the name go into the entry itself.
   void set_reel_name(const wide_char* name);
+  void set_reel_name(std::u16string_view name);
   // At most size - 1 characters. A size of 0 does nothing.
   void get_reel_name(wide_char* out, int size) const;
   // Raises the stream count of the source: of the reel, else of the entry's own.
@@ -58,9 +59,12 @@ class EDL_API CGenericEdlEntry : public CObject {
 
   // Setters cut at the field (128, 256, 32, 8 characters); null is the empty text.
   void set_clip_name(const wide_char* text);
+  void set_clip_name(std::u16string_view text);
   void set_file_path(const wide_char* text);
+  void set_file_path(std::u16string_view text);
   // Padded with blanks to 32 characters.
   void set_source_reel_name(const wide_char* text);
+  void set_source_reel_name(std::u16string_view text);
   void set_originator(const wide_char* text);
   void set_originator_reference(const wide_char* text);
   void set_fade_in_name(const wide_char* text);
@@ -82,6 +86,7 @@ class EDL_API CGenericEdlEntry : public CObject {
   void samples_to_timecode(std::int64_t samples, wide_char* out) const;
   [[nodiscard]] std::int64_t timecode_to_samples(const wide_char* text) const;
   [[nodiscard]] std::int64_t timecode_to_samples(const CString& text) const;
+  [[nodiscard]] std::int64_t timecode_to_samples(std::u16string_view text) const;
 
   // Convert a time code at the owner's rates. The source setters also keep its
   // first 11 characters.
@@ -93,6 +98,15 @@ class EDL_API CGenericEdlEntry : public CObject {
   void set_dest_in_string(std::u16string_view text);
   void set_dest_out_string(const wide_char* text);
   void set_dest_out_string(std::u16string_view text);
+
+  // The four setters in one.
+  struct TimeTexts {
+    std::u16string_view source_in;
+    std::u16string_view source_out;
+    std::u16string_view dest_in;
+    std::u16string_view dest_out;
+  };
+  void set_time_strings(const TimeTexts& texts, unsigned short frame_rate);
 
   // Gives the reel the owner's original frame rate.
   void update_reel_frame_rate();
@@ -108,68 +122,78 @@ class EDL_API CGenericEdlEntry : public CObject {
   void get_entry_details(ENTRY_DETAILS* details) const;
   void set_entry_details(const ENTRY_DETAILS* details);
 
-  std::int64_t source_in;
-  std::int64_t source_out;
-  wide_char source_in_string[12] = {};
-  wide_char source_out_string[12] = {};
-  // Frame-rate index of the two texts.
-  std::uint16_t frame_rate;
-  // 0 marks source times that count from the start of the file.
-  std::int32_t source_is_timestamped = 1;
+  // What every walk through a list looks at stands first, together; texts, which are
+  // most of the record, stand last.
   std::int64_t dest_in;
   std::int64_t dest_out;
-  std::int64_t dest_length;
-  // Shared, not owned; dies with the EDL that made it.
-  CGenericReel* reel = nullptr;
-  CGenericEdl* owner;
-  // These two stand in when there is no reel.
-  wide_char reel_name[13] = {};
-  std::uint16_t reel_no_streams = 0;
-  // First channel of the source that this edit plays, from 0.
-  std::uint16_t first_channel = 0;
-  std::uint16_t fade_in_curve;
-  std::uint16_t fade_out_curve;
-  std::int64_t fade_in_length;
-  std::int64_t fade_out_length;
-  wide_char fade_in_name[9] = {};
-  wide_char fade_out_name[9] = {};
-  wide_char clip_name[129] = {};
-  wide_char file_path[257] = {};
-  std::uint16_t event_number = event_number_not_set;
-  std::uint16_t event_flags = 0;
-  std::uint16_t source_index = 65535;
-  wide_char comment[129] = {};
-  std::int32_t chunk_flags = 0;
-  std::int32_t no_streams = 0;
+  std::int64_t source_in;
   // Destination stream of each channel; owned.
   std::uint16_t* streams = nullptr;
+  std::int32_t no_streams = 0;
+
+ private:
+  // Where `streams` points while there are few of them.
+  std::uint16_t few_streams_[2];
+
+ public:
+  std::int64_t source_out;
+  // First channel of the source that this edit plays, from 0.
+  std::uint16_t first_channel = 0;
+  std::uint16_t event_number = event_number_not_set;
+  // Shared, not owned; dies with the EDL that made it.
+  CGenericReel* reel = nullptr;
+  std::int64_t fade_in_length;
+  std::int64_t fade_out_length;
+  std::uint32_t transition_type = 0;
+  // Frame-rate index of the texts of source in and out.
+  std::uint16_t frame_rate;
   // Channels that this edit plays.
   std::uint16_t no_channels = 0;
-  std::uint16_t channel_offset = 0;
-  std::uint32_t detail_word = 0;
-  // Linear; the level of a mono edit, and of the second channel behind a merge.
-  float gain_left = 1.0F;
-  float gain_right = 1.0F;
-  std::uint8_t fade_in_shape = 0;
-  std::uint8_t mute_flag = 0;
-  std::uint8_t fade_out_shape = 0;
-  wide_char source_reel_name[33] = {};
-  // Timeline position of the start of the source file; time_not_given: unknown.
-  std::int64_t source_timestamp = time_not_given;
-  std::uint32_t source_time_word = 0;
-  std::uint32_t source_channel = 0;
-  float level_in = 0.0F;
-  float level_out = 0.0F;
-  std::uint32_t transition_type = 0;
+  CGenericEdl* owner;
+  std::int64_t dest_length;
   // Times as they stood before a crossfade was folded into the edit.
   std::int64_t original_dest_in = 0;
   std::int64_t original_dest_out = 0;
   std::int64_t original_source_in = 0;
   std::int64_t original_source_out = 0;
-  wide_char src_index[10] = {};
+  // 0 marks source times that count from the start of the file.
+  std::int32_t source_is_timestamped = 1;
+  // Stands in when there is no reel.
+  std::uint16_t reel_no_streams = 0;
+  std::uint16_t fade_in_curve;
+  std::uint16_t fade_out_curve;
+  std::uint16_t channel_offset = 0;
+  // Linear; the level of a mono edit, and of the second channel behind a merge.
+  float gain_left = 1.0F;
+  float gain_right = 1.0F;
+  float level_in = 0.0F;
+  float level_out = 0.0F;
+  std::uint16_t event_flags = 0;
+  std::uint16_t source_index = 65535;
+  std::int32_t chunk_flags = 0;
+  std::uint32_t detail_word = 0;
+  std::uint8_t fade_in_shape = 0;
+  std::uint8_t mute_flag = 0;
+  std::uint8_t fade_out_shape = 0;
+  // Timeline position of the start of the source file; time_not_given: unknown.
+  std::int64_t source_timestamp = time_not_given;
+  std::uint32_t source_time_word = 0;
+  std::uint32_t source_channel = 0;
   std::uint32_t lw_channel_word = 0;
-  wide_char originator[33] = {};
   std::uint32_t source_word = 0;
-  wide_char originator_reference[33] = {};
   CAudCnt* audio_content = nullptr;
+
+  wide_char source_in_string[12] = {};
+  wide_char source_out_string[12] = {};
+  // Stands in when there is no reel.
+  wide_char reel_name[13] = {};
+  wide_char fade_in_name[9] = {};
+  wide_char fade_out_name[9] = {};
+  wide_char src_index[10] = {};
+  wide_char source_reel_name[33] = {};
+  wide_char clip_name[129] = {};
+  wide_char originator[33] = {};
+  wide_char originator_reference[33] = {};
+  wide_char comment[129] = {};
+  wide_char file_path[257] = {};
 };

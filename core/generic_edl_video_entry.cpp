@@ -28,6 +28,10 @@ CGenericEdlVideoEntry::CGenericEdlVideoEntry(CGenericEdl* owner_edl) : owner(own
 }
 
 void CGenericEdlVideoEntry::set_reel_name(const wide_char* name) {
+  set_reel_name(std::u16string_view(name, text_length(name)));
+}
+
+void CGenericEdlVideoEntry::set_reel_name(std::u16string_view name) {
   reel = owner == nullptr ? nullptr : owner->find_or_add_reel(name);
   if (reel == nullptr) set_field(reel_name, name);
 }
@@ -49,6 +53,10 @@ void CGenericEdlVideoEntry::set_file_path(const wide_char* text) {
 }
 
 void CGenericEdlVideoEntry::set_source_reel_name(const wide_char* text) {
+  set_padded_name(source_reel_name, {text, text_length(text, std::size(source_reel_name))});
+}
+
+void CGenericEdlVideoEntry::set_source_reel_name(std::u16string_view text) {
   set_padded_name(source_reel_name, text);
 }
 

@@ -19,10 +19,12 @@ class EDL_API CGenericEdlVideoEntry : public CObject {
 
   // As those of CGenericEdlEntry.
   void set_reel_name(const wide_char* name);
+  void set_reel_name(std::u16string_view name);
   void get_reel_name(wide_char* out, int size) const;
   void set_clip_name(const wide_char* text);
   void set_file_path(const wide_char* text);
   void set_source_reel_name(const wide_char* text);
+  void set_source_reel_name(std::u16string_view text);
   void get_clip_name(wide_char* out, int size) const;
   void get_file_path(wide_char* out, int size) const;
   void get_source_reel_name(wide_char* out, int size) const;

@@ -1,6 +1,7 @@
 // Two rules for names of reels that audio and video entries share.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -26,9 +27,9 @@ inline bool reel_name_is_long(std::u16string_view name) {
 
 // Fills a name field and pads it with blanks up to its terminator.
 template <std::size_t size>
-void set_padded_name(wide_char (&field)[size], const wide_char* text) {
-  const std::size_t kept = text_length(text, size - 1);
-  set_field(field, std::u16string_view(text, kept));
-  for (std::size_t i = kept; i + 1 < size; ++i)
-    field[i] = u' ';
+void set_padded_name(wide_char (&field)[size], std::u16string_view text) {
+  const std::size_t kept = std::min(text.size(), size - 1);
+  std::copy_n(text.data(), kept, field);
+  std::fill(field + kept, field + size - 1, u' ');
+  field[size - 1] = u'\0';
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/entry_walk.h"
 #include "core/generic_edl.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
@@ -11,12 +12,13 @@ namespace {
 
 using Entries = std::vector<CGenericEdlEntry*>;
 
-Entries entries_of(const CObList* list) {
+// The entries that play from a reel.
+Entries entries_of(const CObList* list, const CGenericReel* reel) {
   Entries entries;
   if (list == nullptr) return entries;
-  entries.reserve(static_cast<std::size_t>(list->GetCount()));
-  for (POSITION at = list->GetHeadPosition(); at != nullptr;) {
-    entries.push_back(static_cast<CGenericEdlEntry*>(list->GetNext(at)));
+  for (EntryWalk<&CGenericEdlEntry::reel> walk(*list); walk.position() != nullptr;) {
+    CGenericEdlEntry* const entry = walk.next();
+    if (entry->reel == reel) entries.push_back(entry);
   }
   return entries;
 }
@@ -46,15 +48,14 @@ struct Box {
 // channel by channel, and in any other no more than a scan.
 class TimesIndex {
  public:
-  explicit TimesIndex(const Entries& entries) : entries_(entries) {
-    times_.reserve(entries.size());
-    for (const CGenericEdlEntry* x : entries)
-      times_.push_back({x->dest_in, x->dest_in, x->dest_out, x->dest_out});
+  // Without a list there is nothing to find.
+  explicit TimesIndex(const CObList* list) {
+    if (list != nullptr) take(*list);
     while (leaves_ * leaf_size < times_.size())
       leaves_ *= 2;
     nodes_.resize(2 * leaves_);
     for (std::size_t i = 0; i < times_.size(); ++i)
-      nodes_[leaves_ + i / leaf_size].include(times_[i]);
+      nodes_[leaves_ + i / leaf_size].include(times_[i].box());
     for (std::size_t node = leaves_; node-- > 1;) {
       nodes_[node] = nodes_[2 * node];
       nodes_[node].include(nodes_[2 * node + 1]);
@@ -66,6 +67,24 @@ class TimesIndex {
  private:
   static constexpr std::size_t leaf_size = 16;
 
+  struct Times {
+    std::int64_t in;
+    std::int64_t out;
+
+    [[nodiscard]] Box box() const { return {in, in, out, out}; }
+  };
+
+  void take(const CObList& list) {
+    const auto count = static_cast<std::size_t>(list.GetCount());
+    entries_.reserve(count);
+    times_.reserve(count);
+    for (EntryWalk<&CGenericEdlEntry::dest_in> walk(list); walk.position() != nullptr;) {
+      CGenericEdlEntry* const entry = walk.next();
+      entries_.push_back(entry);
+      times_.push_back({entry->dest_in, entry->dest_out});
+    }
+  }
+
   [[nodiscard]] CGenericEdlEntry* first_under(std::size_t node, const Box& box) const {
     if (!nodes_[node].meets(box)) return nullptr;
     if (node >= leaves_) return first_of_leaf(node - leaves_, box);
@@ -76,14 +95,14 @@ class TimesIndex {
   [[nodiscard]] CGenericEdlEntry* first_of_leaf(std::size_t leaf, const Box& box) const {
     const std::size_t end = std::min((leaf + 1) * leaf_size, times_.size());
     for (std::size_t i = leaf * leaf_size; i < end; ++i) {
-      if (times_[i].meets(box)) return entries_[i];
+      if (times_[i].box().meets(box)) return entries_[i];
     }
     return nullptr;
   }
 
-  const Entries& entries_;
-  // Of each entry, a box of one point.
-  std::vector<Box> times_;
+  Entries entries_;
+  // Of each entry.
+  std::vector<Times> times_;
   // The root is node 1, the children of node n are 2n and 2n + 1; the leaves stand
   // at the end. A leaf behind the last entry keeps the box that meets nothing.
   std::vector<Box> nodes_;
@@ -92,7 +111,7 @@ class TimesIndex {
 
 class Pieces {
  public:
-  explicit Pieces(const Entries& source) : index_(source) {}
+  explicit Pieces(const CObList* source) : index_(source) {}
 
   // The pieces of [start, end) and whether they follow on one another up to its end.
   struct Found {
@@ -251,12 +270,9 @@ void add_results(Results& results, const Pieces::Found& found, unsigned short mo
 result_code CGenericEdl::traceback(CObList* out, CGenericEdl* source_edl, CGenericReel* reel,
                                    unsigned short mode) {
   // Both lists are walked as they stand now: `out` may be one of them.
-  const Entries edits = entries_of(get_generic_entry_list());
-  const Entries source =
-      entries_of(source_edl == nullptr ? nullptr : source_edl->get_generic_entry_list());
-  const Pieces pieces(source);
+  const Entries edits = entries_of(get_generic_entry_list(), reel);
+  const Pieces pieces(source_edl == nullptr ? nullptr : source_edl->get_generic_entry_list());
   for (CGenericEdlEntry* const entry : edits) {
-    if (entry->reel != reel) continue;
     Results results(*out, this, *entry);
     if (source_edl == nullptr) {
       results.add_copy();

@@ -68,6 +68,12 @@ bool EmbeddedApplication::may_replace_audio(const wide_char* path) {
          !audio_.is_source(utf8_from_text({path, text_length(path)}));
 }
 
+void EmbeddedApplication::note_audio_file(const wide_char* path, const wide_char* aside) {
+  if (!options_.on_audio_file) return;
+  options_.on_audio_file(utf8_from_text({path, text_length(path)}),
+                         utf8_from_text({aside, text_length(aside)}));
+}
+
 int EmbeddedApplication::get_aaf_export_fixed_gain() {
   return options_.aaf_fixed_gain ? 1 : 0;
 }

@@ -31,6 +31,7 @@ class EmbeddedApplication final : public Application {
   int get_aaf_embed_audio() override;
   // Never a file that edits of this run play.
   bool may_replace_audio(const wide_char* path) override;
+  void note_audio_file(const wide_char* path, const wide_char* aside) override;
   int get_aaf_export_fixed_gain() override;
   int get_aaf_export_gain_automation() override;
   int get_aaf_export_pan_automation() override;

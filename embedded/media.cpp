@@ -139,8 +139,11 @@ CAudCnt* MediaLibrary::find(std::u16string_view path, std::uint16_t source_type)
   const std::string plain = utf8_from_text(path);
   std::string unreadable;
   CAudCnt* source = search(plain, source_type, unreadable);
-  const std::string decoded = without_escapes(plain);
-  if (source == nullptr && decoded != plain) source = search(decoded, source_type, unreadable);
+  // Formats with fields of a fixed width pad them.
+  const std::string unpadded = utf8_from_text(trimmed_right(path));
+  if (source == nullptr && unpadded != plain) source = search(unpadded, source_type, unreadable);
+  const std::string decoded = without_escapes(unpadded);
+  if (source == nullptr && decoded != unpadded) source = search(decoded, source_type, unreadable);
   known_[key] = source;
   if (source == nullptr && told_.insert(plain).second) {
     missing_.push_back({plain, unreadable.empty() ? std::string("not found")

@@ -5,6 +5,7 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -68,6 +69,9 @@ struct EmbeddedOptions {
 
   bool aaf_aifc = false;
   bool aaf_embed_audio = true;
+  // Called before an audio file is written beside an AAF file, or moved aside, as
+  // Application::note_audio_file has it. May be empty.
+  std::function<void(const std::string& path, const std::string& aside)> on_audio_file;
   // Whether audio written beside a file may take the place of older files.
   bool aaf_overwrite_audio = false;
   bool aaf_fixed_gain = true;

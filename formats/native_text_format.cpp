@@ -1,4 +1,7 @@
 // The native text EDL, known by the line that every one of them has.
+#include <algorithm>
+
+#include "core/generic_edl_entry.h"
 #include "formats/format_rows.h"
 #include "formats/text_head.h"
 #include "text/marlo_text_edl.h"
@@ -25,6 +28,41 @@ std::unique_ptr<CGenericEdl> make(CGenericEdl* parent, int interactive, const Fo
   return std::make_unique<CMarloTextEdl>(parent, interactive);
 }
 
+// A number of its own is given to every edit without one.
+std::uint32_t number_edits(const CObList& list) {
+  std::uint32_t numbered = 0;
+  std::uint32_t last = 0;
+  for (POSITION at = list.GetHeadPosition(); at != nullptr;) {
+    auto& entry = *static_cast<CGenericEdlEntry*>(list.GetNext(at));
+    if (entry.event_number == event_number_not_set && last + 1 < event_number_not_set) {
+      entry.event_number = static_cast<std::uint16_t>(last + 1);
+      ++numbered;
+    }
+    if (entry.event_number != event_number_not_set)
+      last = std::max<std::uint32_t>(last, entry.event_number);
+  }
+  return numbered;
+}
+
+// A line begins with a number of four digits or more, and the first channel of a source
+// stands first in a line of its own: one that is not known would be read as another edit.
+void name_channels(const CObList& list) {
+  constexpr std::uint16_t not_known = 65535;
+  for (POSITION at = list.GetHeadPosition(); at != nullptr;) {
+    auto& entry = *static_cast<CGenericEdlEntry*>(list.GetNext(at));
+    if (entry.first_channel == not_known) entry.first_channel = entry.channel_offset;
+  }
+}
+
+std::string complete(CGenericEdl& root, const FormatOptions& /*options*/) {
+  const CObList& list = *root.get_generic_entry_list();
+  name_channels(list);
+  const std::uint32_t numbered = number_edits(list);
+  if (numbered == 0) return {};
+  return std::to_string(numbered) +
+         (numbered == 1 ? " edit has no number and gets one" : " edits have no number and get one");
+}
+
 }  // namespace
 
 FormatRow native_text_row() {
@@ -34,6 +72,7 @@ FormatRow native_text_row() {
   row.extensions = {".mte"};
   row.make = make;
   row.match = match_native_text;
+  row.complete = complete;
   // Without one it is not of this format.
   row.states_sample_rate = always_stated;
   row.states_frame_rate = states_frame_rate;

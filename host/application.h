@@ -40,6 +40,10 @@ class EDL_API Application {
   // Whether an export may put its own in the place of an audio file that stands beside
   // its AAF file already.
   [[nodiscard]] virtual bool may_replace_audio(const wide_char* /*path*/) { return false; }
+  // An export is about to write an audio file, or to move an older one to `aside`, which
+  // is empty for a file that is new. Both go back by themselves when it fails; this is
+  // for a host that ends in the middle.
+  virtual void note_audio_file(const wide_char* /*path*/, const wide_char* /*aside*/) {}
   [[nodiscard]] virtual int get_aaf_export_fixed_gain() = 0;
   [[nodiscard]] virtual int get_aaf_export_gain_automation() = 0;
   [[nodiscard]] virtual int get_aaf_export_pan_automation() = 0;

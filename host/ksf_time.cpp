@@ -25,9 +25,68 @@ bool read_run(std::u16string_view text, std::size_t& at, std::int64_t& value) {
   return at > start;
 }
 
+// The common form, "HH:MM:SS:FF" and no more, in one step.
+struct UsualForm {
+  bool is_one = false;
+  std::uint8_t hours = 0;
+  std::uint8_t minutes = 0;
+  std::uint8_t seconds = 0;
+  std::uint8_t frames = 0;
+};
+
+UsualForm read_usual_form(std::u16string_view text) {
+  if (text.size() != 11 || !is_separator(text[2]) || !is_separator(text[5]) ||
+      !is_separator(text[8])) {
+    return {};
+  }
+  unsigned worst = 0;
+  const auto two_digits = [&text, &worst](std::size_t at) {
+    const unsigned tens = text[at] - unsigned{u'0'};
+    const unsigned ones = text[at + 1] - unsigned{u'0'};
+    worst = std::max({worst, tens, ones});
+    return static_cast<std::uint8_t>(tens * 10 + ones);
+  };
+  UsualForm form{true, two_digits(0), two_digits(3), two_digits(6), two_digits(9)};
+  form.is_one = worst <= 9;
+  return form;
+}
+
+// Samples of a count of frames within a second. The rates are few, and a division by a
+// known number is several times as fast.
+std::int64_t samples_of_frames(std::int64_t frames, std::int64_t sr, std::int64_t fps) {
+  const std::int64_t product = frames * sr;
+  if (fps == 25) [[likely]] {
+    return product / 25;
+  }
+  if (fps == 30) [[likely]] {
+    return product / 30;
+  }
+  return product / fps;
+}
+
 // Frame numbers that drop frame has left out before this minute.
 constexpr std::int64_t dropped_before(std::int64_t minutes) {
   return (minutes % 10 + (minutes / 10) * 9) * 2;
+}
+
+// Samples of a time code without its sign; 0 when the sample rate is not set.
+std::int64_t magnitude_of(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                          std::int64_t frames, std::uint8_t sample_rate_index,
+                          std::uint8_t frame_rate_index) {
+  const std::int64_t sr = samples_per_second(sample_rate_index);
+  if (sr == 0) return 0;
+  const std::int64_t fps = frames_per_second(frame_rate_index);
+  // Nine digits a field keep the sum below 2^60.
+  std::int64_t x =
+      hours * 3600 * sr + minutes * 60 * sr + seconds * sr + samples_of_frames(frames, sr, fps);
+  if (frame_rate_index == frame_rate_2997_drop) {
+    x -= samples_of_frames(dropped_before(hours * 60 + minutes), sr, fps);
+  }
+  if (is_2997(frame_rate_index)) {
+    // Split so that the product with 1001 stays inside 64 bits.
+    x = x / 1000 * 1001 + (x % 1000 * 1001 + 500) / 1000;
+  }
+  return x;
 }
 
 void put_two_digits(wide_char*& out, std::int64_t value) {
@@ -39,6 +98,9 @@ void put_two_digits(wide_char*& out, std::int64_t value) {
 
 TimeCodeFields parse_time_code_fields(std::u16string_view text) {
   TimeCodeFields fields;
+  if (const UsualForm form = read_usual_form(text); form.is_one) {
+    return {form.hours, form.minutes, form.seconds, form.frames, false};
+  }
   std::size_t at = 0;
   if (!text.empty() && text[0] == u'-') {
     fields.negative = true;
@@ -53,6 +115,22 @@ TimeCodeFields parse_time_code_fields(std::u16string_view text) {
     if (!read_run(text, at, *runs[i])) return {};
   }
   return fields;
+}
+
+std::int64_t time_code_samples(const TimeCodeFields& fields, std::uint8_t sample_rate_index,
+                               std::uint8_t frame_rate_index) {
+  const std::int64_t samples = magnitude_of(fields.hours, fields.minutes, fields.seconds,
+                                            fields.frames, sample_rate_index, frame_rate_index);
+  return fields.negative ? -samples : samples;
+}
+
+std::int64_t time_code_samples(std::u16string_view text, std::uint8_t sample_rate_index,
+                               std::uint8_t frame_rate_index) {
+  const UsualForm form = read_usual_form(text);
+  return form.is_one
+             ? magnitude_of(form.hours, form.minutes, form.seconds, form.frames, sample_rate_index,
+                            frame_rate_index)
+             : time_code_samples(parse_time_code_fields(text), sample_rate_index, frame_rate_index);
 }
 
 std::int64_t drop_frame_number(std::int64_t frames) {
@@ -89,21 +167,8 @@ void CKsfTime::set_rates(std::uint8_t sample_rate_index, std::uint8_t frame_rate
 }
 
 std::int64_t CKsfTime::to_samples() const {
-  if (from_samples_) return samples_;
-  const std::int64_t sr = samples_per_second(sample_rate_index_);
-  if (sr == 0) return 0;
-  const std::int64_t fps = frames_per_second(frame_rate_index_);
-  // Nine digits a field keep the sum below 2^60.
-  std::int64_t x = digits_.hours * 3600 * sr + digits_.minutes * 60 * sr + digits_.seconds * sr +
-                   digits_.frames * sr / fps;
-  if (frame_rate_index_ == frame_rate_2997_drop) {
-    x -= dropped_before(digits_.hours * 60 + digits_.minutes) * sr / fps;
-  }
-  if (is_2997(frame_rate_index_)) {
-    // Split so that the product with 1001 stays inside 64 bits.
-    x = x / 1000 * 1001 + (x % 1000 * 1001 + 500) / 1000;
-  }
-  return digits_.negative ? -x : x;
+  return from_samples_ ? samples_
+                       : time_code_samples(digits_, sample_rate_index_, frame_rate_index_);
 }
 
 void CKsfTime::to_text(wide_char* out, std::uint8_t time_format) const {

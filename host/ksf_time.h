@@ -29,6 +29,12 @@ struct TimeCodeFields {
 // ignored. Any other text gives all zeros.
 EDL_API TimeCodeFields parse_time_code_fields(std::u16string_view text);
 
+// Samples of a time code at the two rates; 0 when the sample rate is not set.
+EDL_API std::int64_t time_code_samples(const TimeCodeFields& fields, std::uint8_t sample_rate_index,
+                                       std::uint8_t frame_rate_index);
+EDL_API std::int64_t time_code_samples(std::u16string_view text, std::uint8_t sample_rate_index,
+                                       std::uint8_t frame_rate_index);
+
 // Turns the whole frames of time at 30 a second into the frame number of drop
 // frame time code, so that the left-out numbers never come up.
 EDL_API std::int64_t drop_frame_number(std::int64_t frames);

@@ -36,6 +36,37 @@ bool is_tiny(std::string_view number) {
   return order + std::clamp(exponent, -beyond, beyond) < 0;
 }
 
+// Reads a number of at most 15 digits without an exponent: its digits as a whole number
+// and the power of ten are both exact in a double, so that one division rounds as the
+// exact value does. False for any other text.
+bool scan_short_number(std::u16string_view text, double& value) {
+  constexpr std::array<double, 16> powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negative = text.starts_with(u'-');
+  if (negative || text.starts_with(u'+')) text.remove_prefix(1);
+  std::int64_t digits = 0;
+  std::size_t count = 0;
+  std::size_t decimals = 0;
+  bool point = false;
+  for (const wide_char c : text) {
+    if (is_digit(c)) {
+      if (++count >= powers.size()) return false;
+      digits = digits * 10 + (c - u'0');
+      if (point) ++decimals;
+    } else if (c == u'.' && !point) {
+      point = true;
+    } else if (c == u'e' || c == u'E') {
+      return false;
+    } else {
+      break;
+    }
+  }
+  if (count == 0) return false;
+  const double magnitude = static_cast<double>(digits) / powers[decimals];
+  value = negative ? -magnitude : magnitude;
+  return true;
+}
+
 }  // namespace
 
 std::u16string decimal(std::int64_t value, int width) {
@@ -105,6 +136,7 @@ bool scan_number(std::u16string_view text, double& value) {
   std::size_t at = 0;
   while (at < text.size() && is_white_space(text[at]))
     ++at;
+  if (scan_short_number(text.substr(at), value)) return true;
   std::string ascii;
   bool digits = false;
   bool point = false;

@@ -62,7 +62,7 @@ bool is_range_locator(std::u16string_view name) {
 }
 
 void entry_from_record(CGenericEdlEntry& entry, const CGenericEDLFileEntry& record) {
-  entry.set_source_reel_name(record.m_name);
+  entry.set_source_reel_name(record.get_name());
   entry.dest_in = record.m_dest_in;
   entry.dest_out = plus(record.m_dest_in, record.m_length);
   entry.source_in = record.m_source_in;
@@ -81,10 +81,10 @@ void entry_from_record(CGenericEdlEntry& entry, const CGenericEDLFileEntry& reco
 }
 
 void entry_from_track(CGenericEdlEntry& entry, const CGenericEDLFileTrack& track) {
-  entry.set_clip_name(track.m_file_name);
+  entry.set_clip_name(track.get_file_name());
   entry.source_time_word = track.m_source_time_word;
-  entry.set_file_path(track.m_path);
-  entry.set_reel_name(track.m_reel_name);
+  entry.set_file_path(track.get_path());
+  entry.set_reel_name(track.get_reel_name());
   entry.source_timestamp = track.m_time_stamp;
   entry.first_channel = track.m_first_channel;
   entry.source_channel = track.m_source_channel;

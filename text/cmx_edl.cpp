@@ -32,8 +32,7 @@ constexpr bool is_known_length(std::size_t length) {
   return length == 1 || length == 2 || length == 4;
 }
 
-std::u16string_view channel_token(const wide_char* event) {
-  LineCursor line(event);
+std::u16string_view channel_token(LineCursor&& line) {
   const std::u16string_view number = line.next();
   if (!text::numbers_an_event(number)) return {};
   line.next();
@@ -47,10 +46,8 @@ void take_head(LineCursor& line, Entry& entry) {
   std::u16string_view reel = line.next();
   if (reel.empty()) return;
   if (reel.size() >= long_reel) reel = u"N/A";
-  wide_char name[long_reel] = {};
-  set_field(name, reel);
-  entry.set_reel_name(name);
-  entry.set_source_reel_name(name);
+  entry.set_reel_name(reel);
+  entry.set_source_reel_name(reel);
 }
 
 // Fields of an "AUD" note: the first of them and how many; a width of 0 is none.
@@ -105,12 +102,12 @@ int CCMXEdl::cuts_only_wanted() const {
 }
 
 int CCMXEdl::is_audio_event(const wide_char* text) {
-  const std::u16string_view channels = channel_token(text);
+  const std::u16string_view channels = channel_token(cursor_of(text));
   return !channels.empty() && is_audio_field(channels) != 0 ? 1 : 0;
 }
 
 int CCMXEdl::is_video_event(const wide_char* text) {
-  const std::u16string_view channels = channel_token(text);
+  const std::u16string_view channels = channel_token(cursor_of(text));
   return !channels.empty() && is_video_field(channels) != 0 ? 1 : 0;
 }
 
@@ -180,7 +177,7 @@ void CCMXEdl::take_number_and_reel(LineCursor& line, CGenericEdlVideoEntry& entr
 }
 
 result_code CCMXEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text, int* skip) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   take_number_and_reel(line, *entry);
   if (parse_channels(entry, line.next(), skip) == result::line_bad) return result::line_bad;
   const std::u16string_view transition = line.next();
@@ -195,13 +192,13 @@ result_code CCMXEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  read_four_times(entry, line.at(), &negative);
+  read_four_times(entry, line, &negative);
   entry->update_reel_frame_rate();
   return negative ? result::negative_time : result::line_good;
 }
 
 result_code CCMXEdl::parse_video_event(CGenericEdlVideoEntry* entry, const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   take_number_and_reel(line, *entry);
   line.next();
   const std::u16string_view transition = line.next();
@@ -209,12 +206,12 @@ result_code CCMXEdl::parse_video_event(CGenericEdlVideoEntry* entry, const wide_
   if (wipe) line.next();
   if (wipe || transition.starts_with(u'D')) line.next();
   entry->transition_type = transition_cut;
-  read_four_times(entry, line.at());
+  read_four_times(entry, line);
   return result::line_good;
 }
 
 void CCMXEdl::parse_audio_line(CGenericEdlEntry* entry, const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   if (line.next() == u"AUD") {
     take_aud_line(entry, line.rest());
   } else {
@@ -233,7 +230,7 @@ void CCMXEdl::take_aud_line(CGenericEdlEntry* entry, std::u16string_view rest) {
 }
 
 void CCMXEdl::parse_video_line(CGenericEdlVideoEntry* /*entry*/, const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view word = line.next();
   static_cast<void>(parse_fcm(word, line.rest()));
 }

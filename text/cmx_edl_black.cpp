@@ -1,6 +1,8 @@
 // Markers of a cut to black, which become fade-outs of the edit before them.
+#include <bit>
+#include <cstdint>
 #include <memory>
-#include <unordered_set>
+#include <vector>
 
 #include "core/generic_edl_entry.h"
 #include "text/cmx_edl.h"
@@ -28,14 +30,48 @@ bool is_marker(const CGenericEdlEntry& entry) {
   return entry.dest_in == entry.dest_out;
 }
 
+// Times that were put in, in a table of open addressing, at most half full.
+class TimeSet {
+ public:
+  explicit TimeSet(const std::vector<std::int64_t>& times)
+      : slots_(std::bit_ceil(2 * times.size() + 1)) {
+    for (const std::int64_t time : times)
+      slots_[place_of(time)] = {time, true};
+  }
+  [[nodiscard]] bool contains(std::int64_t time) const { return slots_[place_of(time)].used; }
+
+ private:
+  struct Slot {
+    std::int64_t time = 0;
+    bool used = false;
+  };
+
+  // Where the time stands or would stand.
+  [[nodiscard]] std::size_t place_of(std::int64_t time) const {
+    const std::uint64_t mixed = static_cast<std::uint64_t>(time) * 0x9E3779B97F4A7C15ULL;
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t place = (mixed ^ (mixed >> 32)) & mask;
+    while (slots_[place].used && slots_[place].time != time)
+      place = (place + 1) & mask;
+    return place;
+  }
+
+  std::vector<Slot> slots_;
+};
+
+TimeSet starts_of_markers(const CObList& list) {
+  std::vector<std::int64_t> starts;
+  for (POSITION at = list.GetHeadPosition(); at != nullptr; at = next_of(list, at)) {
+    const CGenericEdlEntry& entry = *entry_at(list, at);
+    if (is_marker(entry)) starts.push_back(entry.dest_in);
+  }
+  return TimeSet(starts);
+}
+
 class BlackFold {
  public:
-  explicit BlackFold(CObList& list) : list_(list), unindexed_(list.GetHeadPosition()) {
-    for (POSITION at = list.GetHeadPosition(); at != nullptr; at = next_of(list, at)) {
-      const CGenericEdlEntry& entry = *entry_at(list, at);
-      if (is_marker(entry)) marker_starts_.insert(entry.dest_in);
-    }
-  }
+  explicit BlackFold(CObList& list)
+      : list_(list), marker_starts_(starts_of_markers(list)), unindexed_(list.GetHeadPosition()) {}
 
   void run() {
     POSITION at = list_.GetHeadPosition();
@@ -88,7 +124,7 @@ class BlackFold {
   CObList& list_;
   // Where markers stand. Only an edit that ends at one is ever looked for, and no entry
   // ahead of the walk becomes a marker.
-  std::unordered_set<std::int64_t> marker_starts_;
+  TimeSet marker_starts_;
   text::EndIndex ends_;
   // The first node that the walk has not passed to the index.
   POSITION unindexed_;

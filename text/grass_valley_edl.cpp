@@ -42,15 +42,15 @@ int CGrassValleyEdl::cuts_only_wanted() const {
 }
 
 int CGrassValleyEdl::check_special_line(CGenericEdlEntry* entry, const wide_char* text) {
-  return text::closes_list(text) ? 0 : CCMXEdl::check_special_line(entry, text);
+  return text::closes_list(cursor_of(text)) ? 0 : CCMXEdl::check_special_line(entry, text);
 }
 
 int CGrassValleyEdl::is_audio_event(const wide_char* text) {
-  return is_audio_field(text::fields_of_numbered_event(text).third);
+  return is_audio_field(text::fields_of_numbered_event(cursor_of(text)).third);
 }
 
 int CGrassValleyEdl::is_video_event(const wide_char* text) {
-  return is_video_field(text::fields_of_numbered_event(text).third);
+  return is_video_field(text::fields_of_numbered_event(cursor_of(text)).third);
 }
 
 int CGrassValleyEdl::is_audio_field(std::u16string_view token) const {

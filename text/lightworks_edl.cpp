@@ -42,8 +42,6 @@ class Columns {
   std::u16string_view rest_;
 };
 
-using ColumnText = TerminatedText<longest_column + 1>;
-
 // The two digits of "A01".
 std::int32_t channel_number(std::u16string_view channel) {
   return channel.size() < 2 ? 0 : digits_value(trimmed(channel.substr(1, 2)));
@@ -110,7 +108,7 @@ result_code CLightworksEdl::import_edl(const wide_char* path) {
   if (find_first_event(file) == 0) return result::wrong_format;
   std::int32_t report_flag = report_errors;
   while (file.get_line() != 0)
-    add_table_line(file.line(), report_flag);
+    add_table_line(file.text(), report_flag);
   file.close_quietly();
   rebuild();
   return read_footer(file);
@@ -136,7 +134,7 @@ int CLightworksEdl::find_first_event(CTextFile& file) {
   };
   for (const auto& [text, rest] : head) {
     if (file.get_line() == 0) return 0;
-    const std::u16string_view line(file.line(), text_length(file.line()));
+    const std::u16string_view line = file.text();
     if (!line.starts_with(text) || (rest == nullptr && line.size() != text.size())) return 0;
     if (rest != nullptr) *rest = CString(line.substr(text.size()));
   }
@@ -151,8 +149,8 @@ int CLightworksEdl::find_first_event(CTextFile& file) {
   return 1;
 }
 
-void CLightworksEdl::add_table_line(const wide_char* line, std::int32_t& report_flag) {
-  const std::u16string_view text(line, text_length(line));
+void CLightworksEdl::add_table_line(std::u16string_view text, std::int32_t& report_flag) {
+  const wide_char* const line = text.data();
   if (text.size() < 2 || text[1] != u'A') {
     auto entry = std::make_unique<CGenericEdlVideoEntry>(this);
     static_cast<void>(parse_video_event(entry.get(), line));
@@ -169,8 +167,8 @@ void CLightworksEdl::add_table_line(const wide_char* line, std::int32_t& report_
   }
 }
 
-std::int64_t CLightworksEdl::samples_of(std::u16string_view seconds, double rounding) const {
-  return cut(number_of(seconds) * samples_per_second(time_base().sample_rate_index) + rounding);
+double CLightworksEdl::samples_of(std::u16string_view seconds) const {
+  return number_of(seconds) * samples_per_second(time_base().sample_rate_index);
 }
 
 result_code CLightworksEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
@@ -179,33 +177,32 @@ result_code CLightworksEdl::parse_event(CGenericEdlEntry* entry, const wide_char
   entry->set_no_streams(1);
   entry->raise_source_streams(1);
   entry->set_stream(0, static_cast<std::uint16_t>(channel_number(columns.next()) - 1));
-  entry->dest_in = samples_of(columns.next(), 0.5);
-  const std::u16string_view edit_out = columns.next();
-  entry->original_dest_out = samples_of(edit_out, 0);
-  entry->dest_out = samples_of(edit_out, 0.5);
+  entry->dest_in = cut(samples_of(columns.next()) + 0.5);
+  const double edit_out = samples_of(columns.next());
+  entry->original_dest_out = cut(edit_out);
+  entry->dest_out = cut(edit_out + 0.5);
   if (const std::u16string_view reel = columns.next(); !reel.empty()) {
-    entry->set_reel_name(ColumnText(reel));
+    entry->set_reel_name(reel);
     entry->raise_source_streams(1);
   }
   entry->first_channel = static_cast<std::uint16_t>(channel_number(columns.next()) - 1);
-  const double source_in =
-      number_of(columns.next()) * samples_per_second(time_base().sample_rate_index) + 0.5;
+  const double source_in = samples_of(columns.next()) + 0.5;
   entry->source_in = cut(source_in);
   if (source_in < 0) {
     report_line(error_index::negative_source_in, entry->event_number);
     entry->dest_in = minus(entry->dest_in, entry->source_in);
     entry->source_in = 0;
   }
-  const std::u16string_view source_out = columns.next();
-  entry->original_source_out = samples_of(source_out, 0);
-  entry->source_out = samples_of(source_out, 0.5);
+  const double source_out = samples_of(columns.next());
+  entry->original_source_out = cut(source_out);
+  entry->source_out = cut(source_out + 0.5);
   take_standard(columns.next());
   entry->level_in = level_value(columns.next().substr(0, level_length));
   entry->level_out = level_value(columns.next().substr(0, level_length));
   entry->transition_type = type_of(columns.next());
   columns.skip(2);
   if (const std::u16string_view name = columns.next(); !name.empty()) {
-    entry->set_source_reel_name(ColumnText(name));
+    entry->set_source_reel_name(name);
   }
   entry->no_channels = 1;
   entry->channel_offset = 0;
@@ -219,14 +216,14 @@ result_code CLightworksEdl::parse_event(CGenericEdlEntry* entry, const wide_char
 result_code CLightworksEdl::parse_video_event(CGenericEdlVideoEntry* entry, const wide_char* text) {
   Columns columns(text);
   if (channel_number(columns.next()) > 1) return result::line_good;
-  entry->dest_in = samples_of(columns.next(), 0.5);
-  entry->dest_out = samples_of(columns.next(), 0);
+  entry->dest_in = cut(samples_of(columns.next()) + 0.5);
+  entry->dest_out = cut(samples_of(columns.next()));
   if (const std::u16string_view reel = columns.next(); !reel.empty()) {
-    entry->set_reel_name(ColumnText(reel));
+    entry->set_reel_name(reel);
   }
   columns.skip(1);
-  entry->source_in = samples_of(columns.next(), 0.5);
-  entry->source_out = samples_of(columns.next(), 0);
+  entry->source_in = cut(samples_of(columns.next()) + 0.5);
+  entry->source_out = cut(samples_of(columns.next()));
   const std::u16string_view standard = columns.next();
   // The drop flag.
   entry->detail_words[0] = standard.starts_with(u'N') || standard.starts_with(u'n') ? 1 : 0;
@@ -237,7 +234,7 @@ result_code CLightworksEdl::parse_video_event(CGenericEdlVideoEntry* entry, cons
   entry->transition_type = lightworks::plain;
   columns.skip(3);
   if (const std::u16string_view name = columns.next(); !name.empty()) {
-    entry->set_source_reel_name(ColumnText(name));
+    entry->set_source_reel_name(name);
   }
   agree_lengths(*entry);
   return result::line_good;

@@ -70,11 +70,12 @@ class EDL_API CLightworksEdl : public CTextEdl {
   CObList m_by_channel{10};
 
  private:
-  void add_table_line(const wide_char* line, std::int32_t& report_flag);
+  // The line is terminated.
+  void add_table_line(std::u16string_view text, std::int32_t& report_flag);
   void take_standard(std::u16string_view standard);
   // A box that cannot be answered with "stop".
   void report_line(unsigned short error_index, std::uint16_t event_number) const;
-  [[nodiscard]] std::int64_t samples_of(std::u16string_view seconds, double rounding) const;
+  [[nodiscard]] double samples_of(std::u16string_view seconds) const;
 
   void rebuild();
   void merge_segments();

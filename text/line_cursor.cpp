@@ -7,10 +7,6 @@
 
 namespace {
 
-constexpr bool parts_words(wide_char c) {
-  return c == u' ' || c == u'\t' || c == u'\n';
-}
-
 // Whether a word does; NUL ends a terminated line.
 constexpr bool goes_on(wide_char c) {
   return c > u' ' || (c != u'\0' && !parts_words(c));

@@ -7,9 +7,14 @@
 #include <string_view>
 
 #include "host/text.h"
+#include "text/line_words.h"
 
 // Longest word that counts; what is longer is read in pieces.
 inline constexpr std::size_t longest_token = 1023;
+
+constexpr bool parts_words(wide_char c) {
+  return c == u' ' || c == u'\t' || c == u'\n';
+}
 
 // Leading blanks, TABs and LFs of a text.
 EDL_API std::size_t leading_space(std::u16string_view text);
@@ -24,21 +29,6 @@ EDL_API std::int32_t digits_value(std::u16string_view text);
 // An event number: the low 16 bits of that value.
 EDL_API std::uint16_t event_number_value(std::u16string_view text);
 
-// A word as the terminated text that setters take, cut at size - 1 units.
-template <std::size_t size>
-class TerminatedText {
- public:
-  explicit TerminatedText(std::u16string_view word) {
-    const std::size_t kept = std::min(word.size(), size - 1);
-    std::copy_n(word.data(), kept, text_);
-    text_[kept] = u'\0';
-  }
-  operator const wide_char*() const { return text_; }  // NOLINT: it stands for its text
-
- private:
-  wide_char text_[size];
-};
-
 // The number at the head of a word as a level; 0 for none, and for one that no level
 // can be.
 EDL_API float level_value(std::u16string_view word);
@@ -49,7 +39,11 @@ class EDL_API LineCursor {
   explicit LineCursor(std::u16string_view line)
       : at_(line.empty() ? u"" : line.data()), end_(at_ + line.size()) {}
   // Of a terminated line, which is read no further than the words that are asked for.
-  explicit LineCursor(const wide_char* line) : at_(line == nullptr ? u"" : line) {}
+  LineCursor(const wide_char* line)  // NOLINT: it stands for its line
+      : at_(line == nullptr ? u"" : line) {}
+  // Of a line whose words are known. They must outlive the cursor too.
+  explicit LineCursor(const text::LineWords& words)
+      : at_(words.line()), line_(words.line()), word_(words.words()) {}
 
   // The next word, empty at the end of the line.
   std::u16string_view next() {
@@ -60,7 +54,13 @@ class EDL_API LineCursor {
   }
   // The same without passing it; the space in front of it is passed.
   std::u16string_view peek() {
-    if (!peeked_) find_word();
+    if (!peeked_) {
+      if (word_ != nullptr) {
+        take_known_word();
+      } else {
+        find_word();
+      }
+    }
     return {at_, length_};
   }
   [[nodiscard]] std::u16string_view rest() const {
@@ -70,12 +70,22 @@ class EDL_API LineCursor {
   [[nodiscard]] const wide_char* at() const { return at_; }
 
  private:
-  // Moves to the next word and measures it.
+  // Move to the next word and measure it.
   void find_word();
+  void take_known_word() {
+    at_ = line_ + word_->start;
+    length_ = word_->length;
+    // The last one, which is empty, stays.
+    if (length_ != 0) ++word_;
+    peeked_ = true;
+  }
 
   const wide_char* at_;
   // Null for a line that ends at its terminator.
   const wide_char* end_ = nullptr;
   std::size_t length_ = 0;
   bool peeked_ = false;
+  // Null where words are found as they are asked for.
+  const wide_char* line_ = nullptr;
+  const text::LineWords::Word* word_ = nullptr;
 };

@@ -83,7 +83,7 @@ int CLWMultiChannelEdl::is_ignored_event(const wide_char* /*text*/) {
 }
 
 int CLWMultiChannelEdl::is_audio_event(const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   if (!text::numbers_an_event(line.next())) return 0;
   line.next();
   return line.next().starts_with(u'A') ? 1 : 0;
@@ -111,14 +111,12 @@ void CLWMultiChannelEdl::parse_transition_length(CGenericEdlEntry* entry,
 
 result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
                                             int* skip) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view number = line.next();
   if (all_digits(number)) entry->event_number = event_number_value(number);
-  if (const std::u16string_view reel = line.next(); !reel.empty()) {
-    wide_char name[reel_column_size];
-    set_field(name, reel);
-    entry->set_reel_name(name);
-    entry->set_source_reel_name(name);
+  if (const std::u16string_view reel = line.next().substr(0, reel_column_size - 1); !reel.empty()) {
+    entry->set_reel_name(reel);
+    entry->set_source_reel_name(reel);
   }
   if (parse_channels(entry, line.next(), skip) != result::line_good) return result::line_bad;
   const std::u16string_view transition = line.next();
@@ -130,7 +128,7 @@ result_code CLWMultiChannelEdl::parse_event(CGenericEdlEntry* entry, const wide_
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  read_four_times(entry, line.at(), &negative);
+  read_four_times(entry, line, &negative);
   return negative ? result::negative_time : result::line_good;
 }
 

@@ -78,9 +78,6 @@ std::u16string short_name(const CGenericEdlEntry& entry) {
   return name;
 }
 
-// No line that comes here is longer.
-using WordText = TerminatedText<event_line_size>;
-
 // Streams of the three channel words; others leave one stream that the second line
 // puts right.
 void take_channels(std::u16string_view word, CGenericEdlEntry& entry) {
@@ -96,18 +93,18 @@ void take_channels(std::u16string_view word, CGenericEdlEntry& entry) {
 }
 
 // Channel, name, "1,2", fades, level and source reel. `line` stands at the channel.
-void take_second_line(LineCursor line, CGenericEdlEntry& entry) {
+void take_second_line(LineCursor& line, CGenericEdlEntry& entry) {
   const std::u16string_view channel = line.next();
   if (!all_digits(channel)) return;
   for (int i = 0; i < entry.no_streams; ++i) {
     entry.set_stream(i, static_cast<std::uint16_t>(digits_value(channel) - 1 + i));
   }
-  entry.set_clip_name(WordText(line.next()));
+  entry.set_clip_name(line.next());
   line.next();
-  entry.fade_in_length = entry.timecode_to_samples(WordText(line.next()));
-  entry.fade_out_length = entry.timecode_to_samples(WordText(line.next()));
+  entry.fade_in_length = entry.timecode_to_samples(line.next());
+  entry.fade_out_length = entry.timecode_to_samples(line.next());
   entry.gain_left = level_value(line.next());
-  entry.set_source_reel_name(WordText(line.next()));
+  entry.set_source_reel_name(line.next());
 }
 
 // Eleven characters of a reel name and the terminator.
@@ -195,7 +192,7 @@ result_code CMarloTextEdl::parse_video_event(CGenericEdlVideoEntry* /*entry*/,
 
 result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char* text,
                                        int* bad_time) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view first = line.peek();
   if (first.size() == 1) {
     CGenericEdlEntry* const last = first_entry();
@@ -205,11 +202,11 @@ result_code CMarloTextEdl::parse_event(CGenericEdlEntry* entry, const wide_char*
   line.next();
   if (all_digits(first)) entry->event_number = event_number_value(first);
   if (const std::u16string_view reel = line.next(); !reel.empty()) {
-    entry->set_reel_name(WordText(reel));
+    entry->set_reel_name(reel);
   }
   take_channels(line.next(), *entry);
   bool negative = false;
-  read_four_times(entry, line.at(), &negative);
+  read_four_times(entry, line, &negative);
   if (negative) *bad_time = 1;
   return negative ? result::negative_time : result::line_good;
 }

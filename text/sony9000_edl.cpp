@@ -107,7 +107,7 @@ int CSony9000Edl::cuts_only_wanted() const {
 }
 
 int CSony9000Edl::check_special_line(CGenericEdlEntry* entry, const wide_char* text) {
-  return text::closes_list(text) ? 0 : CCMXEdl::check_special_line(entry, text);
+  return text::closes_list(cursor_of(text)) ? 0 : CCMXEdl::check_special_line(entry, text);
 }
 
 int CSony9000Edl::is_ignored_event(const wide_char* /*text*/) {
@@ -115,12 +115,12 @@ int CSony9000Edl::is_ignored_event(const wide_char* /*text*/) {
 }
 
 int CSony9000Edl::is_audio_event(const wide_char* text) {
-  const auto [field, behind] = text::fields_of_numbered_event(text);
+  const auto [field, behind] = text::fields_of_numbered_event(cursor_of(text));
   return is_audio_field(field) != 0 || behind.starts_with(u'A') ? 1 : 0;
 }
 
 int CSony9000Edl::is_video_event(const wide_char* text) {
-  return is_video_field(text::fields_of_numbered_event(text).third);
+  return is_video_field(text::fields_of_numbered_event(cursor_of(text)).third);
 }
 
 int CSony9000Edl::is_audio_field(std::u16string_view token) const {
@@ -158,7 +158,7 @@ void CSony9000Edl::parse_transition_length(CGenericEdlEntry* entry, std::u16stri
 }
 
 result_code CSony9000Edl::parse_event(CGenericEdlEntry* entry, const wide_char* text, int* skip) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   take_number_and_reel(line, *entry);
   result_code code = parse_channels(entry, line.peek(), skip);
   if (code == result::field_is_video) {
@@ -176,9 +176,8 @@ result_code CSony9000Edl::parse_event(CGenericEdlEntry* entry, const wide_char* 
     entry->fade_in_length = entry->fade_out_length = settings().default_fade_length;
   }
   bool negative = false;
-  const int times = read_four_times(entry, line.at(), &negative);
-  LineCursor behind(line.rest().substr(static_cast<std::size_t>(times)));
-  const std::u16string_view field = behind.next();
+  read_four_times(entry, line, &negative);
+  const std::u16string_view field = line.next();
   if (!field.empty() && parse_channels(entry, field, skip) == result::line_bad) {
     return result::line_bad;
   }
@@ -187,7 +186,7 @@ result_code CSony9000Edl::parse_event(CGenericEdlEntry* entry, const wide_char* 
 }
 
 result_code CSony9000Edl::parse_video_event(CGenericEdlVideoEntry* entry, const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   take_number_and_reel(line, *entry);
   const result_code code = read_channel_field(line.peek()).code;
   if (code != result::field_is_transition) line.next();
@@ -196,7 +195,7 @@ result_code CSony9000Edl::parse_video_event(CGenericEdlVideoEntry* entry, const 
   }
   read_transition(line);
   entry->transition_type = transition_cut;
-  read_four_times(entry, line.at());
+  read_four_times(entry, line);
   return result::line_good;
 }
 

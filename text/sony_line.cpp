@@ -33,18 +33,17 @@ SecondsAndFrames split_length(const CTextEdl& edl, std::int64_t length) {
 
 }  // namespace
 
-bool closes_list(const wide_char* line) {
-  const std::u16string_view word = LineCursor(line).next();
+bool closes_list(LineCursor&& line) {
+  const std::u16string_view word = line.next();
   return word == u"." || word == u"END";
 }
 
-EventFields fields_of_numbered_event(const wide_char* line) {
-  LineCursor words(line);
-  const std::u16string_view number = words.next();
+EventFields fields_of_numbered_event(LineCursor&& line) {
+  const std::u16string_view number = line.next();
   if (number.empty() || !all_digits(number)) return {};
-  words.next();
-  const std::u16string_view third = words.next();
-  return {third, words.next()};
+  line.next();
+  const std::u16string_view third = line.next();
+  return {third, line.next()};
 }
 
 void take_seconds_and_frames(const CTextEdl& edl, std::u16string_view word,

@@ -5,19 +5,20 @@
 #include <string>
 #include <string_view>
 
+#include "text/line_cursor.h"
 #include "text/text_edl.h"
 
 namespace text {
 
 // "." or "END", which close a list.
-[[nodiscard]] bool closes_list(const wide_char* line);
+[[nodiscard]] bool closes_list(LineCursor&& line);
 
 // Third and fourth word of a line whose first is a number; empty for other lines.
 struct EventFields {
   std::u16string_view third;
   std::u16string_view fourth;
 };
-[[nodiscard]] EventFields fields_of_numbered_event(const wide_char* line);
+[[nodiscard]] EventFields fields_of_numbered_event(LineCursor&& line);
 
 // "02:12", two seconds and twelve frames, becomes the fade-in, and the fade-out takes
 // the settings' default. Any other form changes nothing.

@@ -23,6 +23,14 @@ T* add_tail(CObList* list, std::unique_ptr<T> object) {
   return object.release();
 }
 
+// Characters in front of the first space, letter or digit.
+std::size_t unreadable_head(std::u16string_view line) {
+  std::size_t count = 0;
+  while (count < line.size() && !is_white_space(line[count]) && !is_alphanumeric(line[count]))
+    ++count;
+  return count;
+}
+
 bool sum_exceeds(std::int64_t a, std::int64_t b, std::int64_t limit) {
   std::int64_t sum = 0;
   return __builtin_add_overflow(a, b, &sum) ? a > 0 : sum > limit;
@@ -53,14 +61,17 @@ result_code CTextEdl::import_edl(const wide_char* path) {
   const ReadingScope scope(*this, file);
   Run run{report_errors};
   if (find_first_event(file) == 0) return result::wrong_format;
-  wide_char line[event_line_size];
-  while (read_file_line(file, line, event_line_size) != 0) {
-    import_line(run, line + skip_space(line));
+  while (file.get_line() != 0) {
+    std::u16string_view line = file.cut_line(event_line_size - 1);
+    line.remove_prefix(unreadable_head(line));
+    import_line(run, line.substr(leading_space(line)));
   }
   return result::import_complete;
 }
 
-void CTextEdl::import_line(Run& run, const wide_char* text) {
+void CTextEdl::import_line(Run& run, std::u16string_view line) {
+  const WordsScope words(*this, line);
+  const wide_char* const text = line.data();
   const bool audio = is_audio_event(text) != 0;
   const bool video = is_video_event(text) != 0;
   if (audio) import_audio_line(run, text);
@@ -162,13 +173,10 @@ result_code CTextEdl::export_edl(const wide_char* path, int /*option*/) {
 
 int CTextEdl::read_file_line(CTextFile& file, wide_char* out, int size) {
   const int read = file.get_line();
-  const std::u16string_view line(file.line(),
-                                 text_length(file.line(), static_cast<std::size_t>(size - 1)));
+  const std::u16string_view line = file.text().substr(0, static_cast<std::size_t>(size - 1));
   std::copy(line.begin(), line.end(), out);
   out[line.size()] = u'\0';
-  for (wide_char* c = out; *c != u'\0' && !is_white_space(*c) && !is_alphanumeric(*c); ++c) {
-    *c = u' ';
-  }
+  std::fill_n(out, unreadable_head(line), u' ');
   return read;
 }
 

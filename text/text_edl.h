@@ -13,6 +13,8 @@
 #include <string_view>
 
 #include "core/generic_edl.h"
+#include "text/line_cursor.h"
+#include "text/line_words.h"
 #include "text/text_file.h"
 
 class CGenericEdlEntry;
@@ -91,6 +93,9 @@ class EDL_API CTextEdl : public CGenericEdl {
   // destination in begins with "-". Characters read.
   int read_four_times(CGenericEdlEntry* entry, const wide_char* text, bool* negative) const;
   static int read_four_times(CGenericEdlVideoEntry* entry, const wide_char* text);
+  // The same, passing the words of a line.
+  void read_four_times(CGenericEdlEntry* entry, LineCursor& line, bool* negative) const;
+  static void read_four_times(CGenericEdlVideoEntry* entry, LineCursor& line);
   [[nodiscard]] std::int64_t frames_to_samples(std::int64_t frames) const;
   [[nodiscard]] std::int64_t samples_to_frames(std::int64_t samples) const;
 
@@ -138,6 +143,11 @@ class EDL_API CTextEdl : public CGenericEdl {
   std::int32_t report_dump_errors = 1;
 
  protected:
+  // For a hook to read its text by; the words of the line that is being imported are
+  // found once for all hooks.
+  [[nodiscard]] LineCursor cursor_of(const wide_char* text) const {
+    return text == line_words_.line() ? LineCursor(line_words_) : LineCursor(text);
+  }
   // Shows a row of the error table if `flag` is nonzero, and takes the person's
   // answer into it.
   void report(std::int32_t& flag, unsigned short error_index, int event_number,
@@ -175,7 +185,22 @@ class EDL_API CTextEdl : public CGenericEdl {
     int last_kind = 0;
   };
 
-  void import_line(Run& run, const wide_char* text);
+  // Makes the words of a line known for as long as it lives.
+  class WordsScope {
+   public:
+    WordsScope(CTextEdl& edl, std::u16string_view text) : words_(edl.line_words_) {
+      words_.find(text);
+    }
+    ~WordsScope() { words_.forget(); }
+    WordsScope(const WordsScope&) = delete;
+    WordsScope& operator=(const WordsScope&) = delete;
+
+   private:
+    text::LineWords& words_;
+  };
+
+  // The line is terminated.
+  void import_line(Run& run, std::u16string_view line);
   void import_audio_line(Run& run, const wide_char* text);
   void import_video_line(Run& run, const wide_char* text, bool also_audio);
   result_code read_dump_file(const wide_char* name);
@@ -192,4 +217,5 @@ class EDL_API CTextEdl : public CGenericEdl {
   mutable std::unique_ptr<text::DumpIndex> dump_index_;
   std::array<wide_char, 1024> token_ = {};
   const CTextFile* reading_ = nullptr;
+  text::LineWords line_words_;
 };

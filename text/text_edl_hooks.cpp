@@ -82,7 +82,7 @@ int CTextEdl::skip_token(const wide_char* text) const {
 }
 
 int CTextEdl::check_special_line(CGenericEdlEntry* entry, const wide_char* text) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view number = line.next();
   if (line.next() != dump_reel) return 1;
   wide_char format[format_name_size] = {};
@@ -138,7 +138,7 @@ int CTextEdl::parse_comment(std::u16string_view word, std::u16string_view rest,
 
 void CTextEdl::take_fcm_or_comment(CGenericEdlEntry* entry, const wide_char* text,
                                    int allow_comments) {
-  LineCursor line(text);
+  LineCursor line = cursor_of(text);
   const std::u16string_view word = line.next();
   if (word.empty() || parse_fcm(word, line.rest()) != 0) return;
   static_cast<void>(parse_comment(word, line.rest(), entry, allow_comments));
@@ -190,23 +190,32 @@ int CTextEdl::take_audio_mapping(std::u16string_view rest, CGenericEdlEntry* ent
 int CTextEdl::read_four_times(CGenericEdlEntry* entry, const wide_char* text,
                               bool* negative) const {
   LineCursor line(text);
+  read_four_times(entry, line, negative);
+  return static_cast<int>(line.at() - text);
+}
+
+void CTextEdl::read_four_times(CGenericEdlEntry* entry, LineCursor& line, bool* negative) const {
   const auto next = [&line, negative](bool watched) {
     const std::u16string_view word = line.next();
     if (watched && word.starts_with(u'-')) *negative = true;
     return word;
   };
-  entry->set_source_in_string(next(true), time_base().frame_rate_index);
-  entry->set_source_out_string(next(false));
-  entry->set_dest_in_string(next(true));
-  entry->set_dest_out_string(next(false));
-  return static_cast<int>(line.at() - text);
+  const std::u16string_view source_in = next(true);
+  const std::u16string_view source_out = next(false);
+  const std::u16string_view dest_in = next(true);
+  entry->set_time_strings({source_in, source_out, dest_in, next(false)},
+                          time_base().frame_rate_index);
 }
 
 int CTextEdl::read_four_times(CGenericEdlVideoEntry* entry, const wide_char* text) {
   LineCursor line(text);
+  read_four_times(entry, line);
+  return static_cast<int>(line.at() - text);
+}
+
+void CTextEdl::read_four_times(CGenericEdlVideoEntry* entry, LineCursor& line) {
   entry->set_source_in_string(line.next());
   entry->set_source_out_string(line.next());
   entry->set_dest_in_string(line.next());
   entry->set_dest_out_string(line.next());
-  return static_cast<int>(line.at() - text);
 }

@@ -1,6 +1,7 @@
 #include "text/text_file.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "host/code_page.h"
 #include "host/host.h"
@@ -21,6 +22,45 @@ constexpr bool ends_file(int byte) {
   return byte < 0 || byte == end_of_line_mark;
 }
 
+// A bit set when one of eight bytes is zero.
+constexpr std::uint64_t zero_byte(std::uint64_t bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  return (bytes - ones) & ~bytes & (ones << 7);
+}
+
+// How many bytes stand in front of the first that ends a line.
+std::size_t bytes_of_line(std::string_view bytes) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  std::size_t at = 0;
+  for (; bytes.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, bytes.data() + at, sizeof eight);
+    if ((zero_byte(eight ^ (ones * '\r')) | zero_byte(eight ^ (ones * '\n')) | zero_byte(~eight)) !=
+        0) {
+      break;
+    }
+  }
+  while (at < bytes.size() && !is_line_end(bytes[at]) &&
+         static_cast<unsigned char>(bytes[at]) != end_of_line_mark) {
+    ++at;
+  }
+  return at;
+}
+
+bool is_ascii(std::string_view bytes) {
+  unsigned char all = 0;
+  for (const char c : bytes)
+    all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+  return all < 0x80;
+}
+
+bool reads_ascii_as_itself(const CodePage::ByteTable& table) {
+  for (std::size_t i = 0; i < 0x80; ++i) {
+    if (table[i] != i) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 CTextFile::CTextFile(unsigned short size)
@@ -28,23 +68,35 @@ CTextFile::CTextFile(unsigned short size)
 
 bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* error) {
   line_number_ = line_ends_ = line_start_ = 0;
+  text_length_ = 0;
   after_return_ = write_failed_ = false;
   page_ = &host().code_page();
+  table_ = page_->byte_table();
+  ascii_as_itself_ = table_ != nullptr && reads_ascii_as_itself(*table_);
   return CStdioFile::Open(path, flags, error);
 }
 
 int CTextFile::get_line() {
   std::fill(line_buffer_.begin(), line_buffer_.end(), u'\0');
-  read_position_ = 0;
+  read_position_ = text_length_ = 0;
   if (ReadString(line_buffer_.data(), static_cast<unsigned>(size_ - 1)) == nullptr) return 0;
   // A line begins with a character that is none of those skipped in front of it, so it
   // is never blank.
-  const auto line_end = line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_);
-  if (bytes_.find('\0') != std::string::npos) {
+  if (has_nul_) {
+    const auto line_end = line_buffer_.begin() + static_cast<std::ptrdiff_t>(read_length_);
     std::replace(line_buffer_.begin(), line_end, u'\0', u' ');
   }
+  text_length_ = is_plain_ ? read_length_ : field_length(line_buffer_.data(), read_length_);
   ++line_number_;
   return 1;
+}
+
+std::u16string_view CTextFile::cut_line(std::size_t length) {
+  if (text_length_ > length) {
+    text_length_ = length;
+    line_buffer_[length] = u'\0';
+  }
+  return text();
 }
 
 int CTextFile::next_byte() {
@@ -56,48 +108,67 @@ int CTextFile::next_byte() {
 }
 
 wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
-  bytes_.clear();
   read_length_ = 0;
   int byte = next_byte();
   while (is_skipped_at_start(byte))
     byte = next_byte();
   line_start_ = line_ends_ + 1;
   if (ends_file(byte)) return nullptr;
-  bytes_.push_back(static_cast<char>(byte));
-  gather_line(max);
+  put_back();
+  std::string_view line = take_line(max);
   if (max == 0) return nullptr;
-  while (bytes_.back() == '\0')
-    bytes_.pop_back();
-  decode_line(buffer, max);
+  while (line.back() == '\0')
+    line.remove_suffix(1);
+  has_nul_ = line.find('\0') != std::string_view::npos;
+  decode_line(line, buffer, max);
   return buffer;
 }
 
-// Takes the bytes up to the end of the line, at most `max` of the line in all, and
-// passes over its end.
-void CTextFile::gather_line(std::size_t max) {
-  for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
-    const auto* const line_end = std::find_if(bytes.begin(), bytes.end(), [](char c) {
-      return is_line_end(c) || static_cast<unsigned char>(c) == end_of_line_mark;
-    });
-    const auto length = static_cast<std::size_t>(line_end - bytes.begin());
-    const std::size_t room = max - std::min(max, bytes_.size());
-    bytes_.append(bytes.substr(0, std::min(length, room)));
+// Takes the bytes up to the end of the line, at most `max` of them, and passes over its
+// end. They stay until the next line is read.
+std::string_view CTextFile::take_line(std::size_t max) {
+  const std::string_view bytes = buffered();
+  const std::size_t length = bytes_of_line(bytes);
+  std::string_view line = bytes.substr(0, std::min(length, max));
+  if (length < bytes.size()) {
     consume(length);
-    if (length < bytes.size()) break;
+  } else {
+    gather_line(max);
+    line = bytes_;
   }
   after_return_ = false;
   next_byte();
+  return line;
 }
 
-void CTextFile::decode_line(wide_char* buffer, std::size_t max) {
-  if (const CodePage::ByteTable* const table = page_->byte_table(); table != nullptr) {
-    read_length_ = bytes_.size();
-    std::transform(bytes_.begin(), bytes_.end(), buffer,
-                   [table](char c) { return (*table)[static_cast<unsigned char>(c)]; });
+// The same of a line that may go on behind what is in the file's buffer. Its end is not
+// passed.
+void CTextFile::gather_line(std::size_t max) {
+  bytes_.clear();
+  for (std::string_view bytes = buffered(); !bytes.empty(); bytes = buffered()) {
+    const std::size_t length = bytes_of_line(bytes);
+    bytes_.append(bytes.substr(0, std::min(length, max - bytes_.size())));
+    consume(length);
+    if (length < bytes.size()) break;
+  }
+}
+
+void CTextFile::decode_line(std::string_view line, wide_char* buffer, std::size_t max) {
+  is_plain_ = ascii_as_itself_ && is_ascii(line);
+  if (is_plain_) {
+    read_length_ = line.size();
+    std::transform(line.begin(), line.end(), buffer,
+                   [](char c) { return static_cast<wide_char>(static_cast<unsigned char>(c)); });
+    return;
+  }
+  if (table_ != nullptr) {
+    read_length_ = line.size();
+    std::transform(line.begin(), line.end(), buffer,
+                   [this](char c) { return (*table_)[static_cast<unsigned char>(c)]; });
     return;
   }
   decoded_.clear();
-  page_->decode(bytes_, decoded_);
+  page_->decode(line, decoded_);
   read_length_ = std::min(decoded_.size(), max);
   std::copy_n(decoded_.data(), read_length_, buffer);
 }

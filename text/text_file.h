@@ -11,10 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "host/code_page.h"
 #include "host/framework/stdio_file.h"
 #include "host/framework/string.h"
-
-class CodePage;
 
 class EDL_API CTextFile : public CStdioFile {
  public:
@@ -52,6 +51,10 @@ class EDL_API CTextFile : public CStdioFile {
 
   // The line that was read, terminated.
   [[nodiscard]] const wide_char* line() const { return line_buffer_.data(); }
+  [[nodiscard]] std::u16string_view text() const { return {line_buffer_.data(), text_length_}; }
+  // Shortens the line that was read to at most `length` characters; what is left of it,
+  // terminated.
+  std::u16string_view cut_line(std::size_t length);
   // Lines read, from 1; empty ones do not count.
   [[nodiscard]] int line_number() const { return line_number_; }
   // The line of the file as an editor counts it, from 1.
@@ -69,8 +72,9 @@ class EDL_API CTextFile : public CStdioFile {
 
  private:
   int next_byte();
+  std::string_view take_line(std::size_t max);
   void gather_line(std::size_t max);
-  void decode_line(wide_char* buffer, std::size_t max);
+  void decode_line(std::string_view line, wide_char* buffer, std::size_t max);
   [[nodiscard]] std::size_t skip_white_space(std::size_t at) const;
 
   std::vector<wide_char> line_buffer_;
@@ -78,12 +82,22 @@ class EDL_API CTextFile : public CStdioFile {
   std::size_t line_length_ = 0;
   std::size_t size_;
   std::size_t read_length_ = 0;
+  // Of the line that was read, up to its terminator.
+  std::size_t text_length_ = 0;
   int line_number_ = 0;
   int line_ends_ = 0;
   int line_start_ = 0;
   bool after_return_ = false;
   bool write_failed_ = false;
+  // Whether the bytes of the line are ASCII, and are read as such.
+  bool is_plain_ = false;
+  // Whether they hold a NUL.
+  bool has_nul_ = false;
+  // Of a line that the file's buffer does not hold whole, or of a text to be written.
   std::string bytes_;
   std::u16string decoded_;
   const CodePage* page_ = nullptr;
+  // The page's table, null where it has none, and whether it reads ASCII as itself.
+  const CodePage::ByteTable* table_ = nullptr;
+  bool ascii_as_itself_ = false;
 };

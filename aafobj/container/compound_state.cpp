@@ -152,8 +152,15 @@ Result CompoundState::open_body(std::uint32_t id, std::shared_ptr<StreamBody>& b
   auto opened = std::make_shared<StreamBody>(*this, id);
   if (const Result r = opened->open(); r != Result::ok) return r;
   m_bodies[id] = opened;
+  keep(opened);
   body = std::move(opened);
   return Result::ok;
+}
+
+void CompoundState::keep(const std::shared_ptr<StreamBody>& body) {
+  if (body->size() < k_mini_cutoff) return;
+  m_kept[m_next_kept] = body;
+  m_next_kept = (m_next_kept + 1) % m_kept.size();
 }
 
 void CompoundState::body_gone(std::uint32_t id, Result flushed) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -76,12 +78,17 @@ class CompoundState {
   Result flush_bodies();
   Result place();
   Result write_header();
+  void keep(const std::shared_ptr<StreamBody>& body);
 
   CompoundHeader m_header;
   Access m_access;
   bool m_changing = false;  // the structure is known to be sound
   Result m_late_error = Result::ok;
   std::unordered_map<std::uint32_t, std::weak_ptr<StreamBody>> m_bodies;
+  // The last large ones opened live on without a handle: a caller who opens a stream anew for
+  // each piece would else have its chain followed from the start each time.
+  std::array<std::shared_ptr<StreamBody>, 4> m_kept;
+  std::size_t m_next_kept = 0;
   std::unordered_map<std::uint32_t, std::uint32_t> m_claimed;
   SectorSet m_mini_claims;  // ids of streams
 };

@@ -180,6 +180,8 @@ AAFRESULT ObjectFile::set_cast_off_aside() {
 }
 
 void ObjectFile::note_change(StoredObject& object) {
+  m_path_index.clear();
+  ++m_change_count;
   if (object.m_is_changed) return;
   object.m_is_changed = true;
   m_changed.push_back(&object);
@@ -192,30 +194,19 @@ AAFRESULT ObjectFile::tag_of(std::span<const std::uint16_t> path, std::uint16_t&
   return r;
 }
 
+// Real ways lead over single objects to a set; whatever else a file thinks of is left to an
+// index.
 AAFRESULT ObjectFile::resolve(const WeakTarget& target, StoredObject*& object) {
   const ReferencedProperties::Path* path = m_paths.path_of(target.tag);
   if (!path || path->empty() || path->size() > max_path_steps) return AAFRESULT_OBJECT_NOT_FOUND;
-  return resolve_along(*m_root, *path, target.key, object);
-}
-
-AAFRESULT ObjectFile::resolve_along(StoredObject& from, std::span<const std::uint16_t> path,
-                                    const StoredKey& key, StoredObject*& object) {
-  const std::uint16_t pid = path.front();
-  if (path.size() == 1) {
-    const AAFRESULT r = from.find_element(pid, key, object);
-    return r == AAFRESULT_BAD_TYPE ? AAFRESULT_OBJECT_NOT_FOUND : r;
+  StoredObject* at = m_root;
+  for (std::size_t i = 0; i + 1 < path->size(); ++i) {
+    const AAFRESULT r = at->get_object((*path)[i], at);
+    if (r == AAFRESULT_BAD_TYPE) return m_path_index.find(*m_root, *path, target.key, object);
+    if (r < 0) return r == AAFRESULT_PROP_NOT_PRESENT ? AAFRESULT_OBJECT_NOT_FOUND : r;
   }
-  std::vector<StoredObject*> steps;
-  const AAFRESULT there = from.contained_objects(pid, steps);
-  if (there == AAFRESULT_PROP_NOT_PRESENT || there == AAFRESULT_BAD_TYPE) {
-    return AAFRESULT_OBJECT_NOT_FOUND;
-  }
-  if (there < 0) return there;
-  for (StoredObject* step : steps) {
-    const AAFRESULT r = resolve_along(*step, path.subspan(1), key, object);
-    if (r != AAFRESULT_OBJECT_NOT_FOUND) return r;
-  }
-  return AAFRESULT_OBJECT_NOT_FOUND;
+  const AAFRESULT r = at->find_element(path->back(), target.key, object);
+  return r == AAFRESULT_BAD_TYPE ? AAFRESULT_OBJECT_NOT_FOUND : r;
 }
 
 AAFRESULT ObjectFile::target_to(StoredObject& object, WeakTarget& target) {

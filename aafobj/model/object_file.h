@@ -10,6 +10,7 @@
 #include "aafobj/model/auid.h"
 #include "aafobj/model/meta_model.h"
 #include "aafobj/model/model_result.h"
+#include "aafobj/model/path_index.h"
 #include "aafobj/model/referenced_properties.h"
 #include "aafobj/model/stored_object.h"
 
@@ -79,6 +80,8 @@ class ObjectFile {
   [[nodiscard]] AAFRESULT release_container(std::unique_ptr<CompoundFile>& container);
   // Objects that differ from what is in the file, in the order in which they changed.
   const std::vector<StoredObject*>& changed_objects() const { return m_changed; }
+  // Grows with every change, so that what was gathered before it is known to be old.
+  std::uint64_t change_count() const { return m_change_count; }
   bool has_unsaved_changes() const { return !m_changed.empty() || m_paths_changed; }
 
  private:
@@ -95,14 +98,14 @@ class ObjectFile {
   AAFRESULT claim(StorageId storage);
   AAFRESULT set_cast_off_aside();
   void note_change(StoredObject& object);
-  AAFRESULT resolve_along(StoredObject& from, std::span<const std::uint16_t> path,
-                          const StoredKey& key, StoredObject*& object);
 
   std::unique_ptr<CompoundFile> m_container;
   bool m_is_open = true;
   MetaModel m_meta;
   ReferencedProperties m_paths;
   bool m_paths_changed = false;
+  PathIndex m_path_index;
+  std::uint64_t m_change_count = 0;
   std::deque<std::unique_ptr<StoredObject>> m_objects;
   StoredObject* m_root = nullptr;
   std::vector<StoredObject*> m_changed;  // in the order in which they changed

@@ -91,6 +91,14 @@ bool StoredObject::is_attached() const {
 AAFRESULT StoredObject::load() {
   if (m_is_loaded) return AAFRESULT_SUCCESS;
   if (!m_file->is_open()) return AAFRESULT_NOT_OPEN;
+  if (m_is_damaged) return AAFRESULT_BADCONTAINER;
+  const AAFRESULT r = read_properties();
+  m_is_loaded = r >= 0;
+  m_is_damaged = r == AAFRESULT_BADCONTAINER;
+  return r;
+}
+
+AAFRESULT StoredObject::read_properties() {
   std::vector<std::byte> bytes;
   const Result read =
       m_file->m_container->read_stream(m_storage, u"properties", max_properties_stream, bytes);
@@ -103,10 +111,8 @@ AAFRESULT StoredObject::load() {
   if (r < 0) {
     m_properties.clear();
     m_values.clear();
-    return r;
   }
-  m_is_loaded = true;
-  return AAFRESULT_SUCCESS;
+  return r;
 }
 
 AAFRESULT StoredObject::take_entries(std::span<const PropertyEntry> entries) {

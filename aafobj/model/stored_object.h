@@ -48,6 +48,7 @@ struct StrongVectorValue {
   std::uint32_t last_free_key = no_last_free_key;
   std::vector<StrongElement> elements;
   bool is_loaded = false;
+  bool is_damaged = false;  // reading it again would end as before
   bool is_changed = false;
 };
 
@@ -59,6 +60,7 @@ struct StrongSetValue {
   std::uint8_t key_bytes = 0;
   std::multimap<StoredKey, StrongElement> elements;  // a damaged file may have a key twice
   bool is_loaded = false;
+  bool is_damaged = false;  // reading it again would end as before
   bool is_changed = false;
 };
 
@@ -70,6 +72,7 @@ struct WeakCollectionValue {
   std::u16string name;
   WeakIndex index;
   bool is_loaded = false;
+  bool is_damaged = false;  // reading it again would end as before
   bool is_changed = false;
 };
 
@@ -96,8 +99,9 @@ struct Property {
 // one of them is first asked for. The file owns all of its objects; an object that is in no
 // other one yet is part of the file's memory, but not of what is saved.
 //
-// An error of reading leaves the object as it was, and may be met again by the next call:
-// AAFRESULT_BADCONTAINER for damage, READ_FAILURE for the medium, NOT_OPEN after closing.
+// An error of reading leaves the object as it was, and is met again by the next call:
+// AAFRESULT_BADCONTAINER for damage, without another look at the file; READ_FAILURE for the
+// medium, NOT_OPEN after closing.
 // Every change of a file opened for reading gives NOT_WRITEABLE.
 class StoredObject {
  public:
@@ -186,6 +190,7 @@ class StoredObject {
   StoredObject(ObjectFile& file, const ClassDef& cls) : m_file(&file), m_class(&cls) {}
 
   AAFRESULT begin_change();
+  AAFRESULT read_properties();
   Property* find(std::uint16_t pid);
   AAFRESULT require(std::uint16_t pid, Property*& property);
   Property& add_property(std::uint16_t pid, StoredForm form);
@@ -202,9 +207,11 @@ class StoredObject {
   AAFRESULT value_to_change(std::uint16_t pid, Value*& value);
 
   AAFRESULT get_set(std::uint16_t pid, StrongSetValue*& value);
-  AAFRESULT load_index(StrongVectorValue& value);
-  AAFRESULT load_index(StrongSetValue& value);
-  AAFRESULT load_index(WeakCollectionValue& value);
+  template <typename Value>
+  AAFRESULT load_index(Value& value);
+  AAFRESULT read_index(StrongVectorValue& value);
+  AAFRESULT read_index(StrongSetValue& value);
+  AAFRESULT read_index(WeakCollectionValue& value);
   AAFRESULT read_index_stream(const std::u16string& name, std::vector<std::byte>& bytes);
   AAFRESULT open_child(std::uint16_t pid, const std::u16string& name, StoredObject*& object);
   AAFRESULT open_element(std::uint16_t pid, const std::u16string& collection,
@@ -233,6 +240,7 @@ class StoredObject {
   StorageId m_former_storage{};  // where its streams still are, after it moved
   bool m_has_former_storage = false;
   bool m_is_loaded = false;
+  bool m_is_damaged = false;
   bool m_is_changed = false;
   ByteOrder m_order = ByteOrder::little;
   std::vector<Property> m_properties;  // in the order of their numbers

@@ -22,6 +22,18 @@ bool is_strong(StoredForm form) {
 
 }  // namespace
 
+template <typename Value>
+AAFRESULT StoredObject::load_index(Value& value) {
+  if (value.is_loaded) return AAFRESULT_SUCCESS;
+  if (value.is_damaged) return AAFRESULT_BADCONTAINER;
+  const AAFRESULT r = read_index(value);
+  value.is_loaded = r >= 0;
+  value.is_damaged = r == AAFRESULT_BADCONTAINER;
+  return r;
+}
+
+template AAFRESULT StoredObject::load_index(WeakCollectionValue& value);
+
 // The value of a property that is there, in the form asked for, its index read.
 template <typename Value>
 AAFRESULT StoredObject::value_of(std::uint16_t pid, Value*& value) {
@@ -56,8 +68,7 @@ AAFRESULT StoredObject::read_index_stream(const std::u16string& name,
   return read == Result::not_found ? AAFRESULT_BADCONTAINER : aaf_result(read);
 }
 
-AAFRESULT StoredObject::load_index(StrongVectorValue& value) {
-  if (value.is_loaded) return AAFRESULT_SUCCESS;
+AAFRESULT StoredObject::read_index(StrongVectorValue& value) {
   std::vector<std::byte> bytes;
   if (const AAFRESULT r = read_index_stream(value.name, bytes); r < 0) return r;
   VectorIndex index;
@@ -67,12 +78,10 @@ AAFRESULT StoredObject::load_index(StrongVectorValue& value) {
   value.elements.reserve(index.local_keys.size());
   for (const std::uint32_t key : index.local_keys)
     value.elements.push_back({key, 1, nullptr});
-  value.is_loaded = true;
   return AAFRESULT_SUCCESS;
 }
 
-AAFRESULT StoredObject::load_index(StrongSetValue& value) {
-  if (value.is_loaded) return AAFRESULT_SUCCESS;
+AAFRESULT StoredObject::read_index(StrongSetValue& value) {
   std::vector<std::byte> bytes;
   if (const AAFRESULT r = read_index_stream(value.name, bytes); r < 0) return r;
   SetIndex index;
@@ -86,16 +95,13 @@ AAFRESULT StoredObject::load_index(StrongSetValue& value) {
     value.elements.emplace_hint(value.elements.end(), entry.key,
                                 StrongElement{entry.local_key, entry.reference_count, nullptr});
   }
-  value.is_loaded = true;
   return AAFRESULT_SUCCESS;
 }
 
-AAFRESULT StoredObject::load_index(WeakCollectionValue& value) {
-  if (value.is_loaded) return AAFRESULT_SUCCESS;
+AAFRESULT StoredObject::read_index(WeakCollectionValue& value) {
   std::vector<std::byte> bytes;
   if (const AAFRESULT r = read_index_stream(value.name, bytes); r < 0) return r;
   if (const AAFRESULT r = parse_index(bytes, m_order, value.index); r < 0) return r;
-  value.is_loaded = true;
   return AAFRESULT_SUCCESS;
 }
 

@@ -7,6 +7,7 @@
 
 #include "aafobj/api/aaf_result_codes.h"
 #include "aafobj/api/aaf_unknown.h"
+#include "aafobj/objects/counted_life.h"
 #include "aafobj/objects/not_offered.h"
 
 namespace aafobj {
@@ -27,7 +28,7 @@ inline bool is_unknown_iid(REFIID iid) {
 // What is behind every interface pointer that we hand out: a count of references, which begins
 // at 1, and the interfaces of the object's class and of those above it. Counting is safe
 // between threads; nothing else is.
-class ComObject {
+class ComObject : private CountedLife {
  public:
   ComObject(const ComObject&) = delete;
   ComObject& operator=(const ComObject&) = delete;

@@ -77,15 +77,27 @@ class DefObject : public Adds<AafObject, IAAFDefObject> {
 
   // Errors: OBJECT_ALREADY_ATTACHED when the list has the definition.
   HRESULT add_target(std::uint16_t pid, IUnknown* definition) {
-    WeakTarget target;
     std::vector<WeakTarget> targets;
-    if (const HRESULT r = target_of(definition, target); r < 0) return r;
-    const HRESULT r = stored().get_weak_list(pid, targets);
-    if (r < 0 && r != AAFRESULT_PROP_NOT_PRESENT) return r;
-    for (const WeakTarget& each : targets) {
-      if (each.key == target.key) return AAFRESULT_OBJECT_ALREADY_ATTACHED;
-    }
-    targets.push_back(target);
+    const HRESULT r = get_targets(pid, targets);
+    return r < 0 ? r : insert_target(pid, targets, targets.size(), definition);
+  }
+
+  // The same, before the one that is there. Errors: BADINDEX behind the last.
+  HRESULT insert_target(std::uint16_t pid, aafUInt32 index, IUnknown* definition) {
+    if (!definition) return AAFRESULT_NULL_PARAM;
+    std::vector<WeakTarget> targets;
+    if (const HRESULT r = get_targets(pid, targets); r < 0) return r;
+    return index > targets.size() ? AAFRESULT_BADINDEX
+                                  : insert_target(pid, targets, index, definition);
+  }
+
+  // An empty list goes with its last one.
+  HRESULT remove_target_at(std::uint16_t pid, aafUInt32 index) {
+    std::vector<WeakTarget> targets;
+    if (const HRESULT r = get_targets(pid, targets); r < 0) return r;
+    if (index >= targets.size()) return AAFRESULT_BADINDEX;
+    if (targets.size() == 1) return stored().remove(pid);
+    targets.erase(targets.begin() + static_cast<std::ptrdiff_t>(index));
     return stored().set_weak_list(pid, targets);
   }
 
@@ -97,6 +109,22 @@ class DefObject : public Adds<AafObject, IAAFDefObject> {
     const auto removed =
         std::erase_if(targets, [&](const WeakTarget& each) { return each.key == target.key; });
     return removed == 0 ? AAFRESULT_OBJECT_NOT_FOUND : stored().set_weak_list(pid, targets);
+  }
+
+ private:
+  HRESULT get_targets(std::uint16_t pid, std::vector<WeakTarget>& targets) const {
+    const HRESULT r = stored().get_weak_list(pid, targets);
+    return r == AAFRESULT_PROP_NOT_PRESENT ? AAFRESULT_SUCCESS : r;
+  }
+  HRESULT insert_target(std::uint16_t pid, std::vector<WeakTarget>& targets, std::size_t index,
+                        IUnknown* definition) {
+    WeakTarget target;
+    if (const HRESULT r = target_of(definition, target); r < 0) return r;
+    for (const WeakTarget& each : targets) {
+      if (each.key == target.key) return AAFRESULT_OBJECT_ALREADY_ATTACHED;
+    }
+    targets.insert(targets.begin() + static_cast<std::ptrdiff_t>(index), target);
+    return stored().set_weak_list(pid, targets);
   }
 };
 
@@ -225,6 +253,15 @@ class OperationDef final : public Adds<DefObject, IAAFOperationDef> {
       return session().hand_out_definition(parameter_set, parameterDefId, ppParameterDef);
     }
     return AAFRESULT_OBJECT_NOT_FOUND;
+  }
+  HRESULT PrependDegradeToOperation(IAAFOperationDef* pOperationDef) override {
+    return insert_target(pid::OperationDefinition_DegradeTo, 0, pOperationDef);
+  }
+  HRESULT InsertDegradeToOperationAt(aafUInt32 index, IAAFOperationDef* pOperationDef) override {
+    return insert_target(pid::OperationDefinition_DegradeTo, index, pOperationDef);
+  }
+  HRESULT RemoveDegradeToOperationAt(aafUInt32 index) override {
+    return remove_target_at(pid::OperationDefinition_DegradeTo, index);
   }
   HRESULT AppendDegradeToOperation(IAAFOperationDef* pOperationDef) override {
     return add_target(pid::OperationDefinition_DegradeTo, pOperationDef);

@@ -18,6 +18,9 @@ namespace aafobj {
 namespace {
 
 constexpr aafSlotID_t file_slot_id = 1;
+// Those that the published library gives; programs may go by them.
+constexpr std::u16string_view file_slot_name = u"Test";
+constexpr aafCharacter_constptr master_slot_name = L"A Slot";
 
 HRESULT first_failure(std::initializer_list<HRESULT> results) {
   for (const HRESULT r : results) {
@@ -345,7 +348,7 @@ class EssenceMaker {
     if (r = find_slot(*m_file_mob, file_slot_id, slot); r < 0) return r;
     constexpr std::uint32_t first_track = 1;
     return first_failure({set_value(*slot, pid::MobSlot_PhysicalTrackNumber, first_track),
-                          set_text(*slot, pid::MobSlot_SlotName, u"Audio"),
+                          set_text(*slot, pid::MobSlot_SlotName, file_slot_name),
                           clip_of_slot(*m_file_mob, file_slot_id, m_parts.file_clip)});
   }
 
@@ -362,7 +365,7 @@ class EssenceMaker {
     HRESULT r = m_session.hand_out(*m_file_mob, mob.put());
     if (r < 0) return r;
     r = m_master.AddMasterSlot(m_request.media_kind, file_slot_id, mob.get(),
-                               m_request.master_slot_id, L"Audio");
+                               m_request.master_slot_id, master_slot_name);
     if (r < 0) return r;
     return clip_of_slot(m_master_mob.stored(), m_request.master_slot_id, m_parts.master_clip);
   }

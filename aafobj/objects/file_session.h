@@ -6,6 +6,8 @@
 
 #include "aafobj/model/object_file.h"
 #include "aafobj/objects/com_object.h"
+#include "aafobj/objects/counted_life.h"
+#include "aafobj/objects/search_index.h"
 
 namespace aafobj {
 
@@ -14,14 +16,16 @@ class AafObject;
 // One open file behind the interfaces: the objects of the model, and the interface objects
 // that were made for them. Every interface object keeps its session alive, so that it stays
 // safe to use after the file is closed, when most operations give NOT_OPEN.
-class FileSession : public std::enable_shared_from_this<FileSession> {
+class FileSession : public std::enable_shared_from_this<FileSession>, private CountedLife {
  public:
-  explicit FileSession(std::unique_ptr<ObjectFile> file) : m_file(std::move(file)) {}
+  explicit FileSession(std::unique_ptr<ObjectFile> file)
+      : m_file(std::move(file)), m_search_index(*m_file) {}
   FileSession(const FileSession&) = delete;
   FileSession& operator=(const FileSession&) = delete;
   ~FileSession();
 
   ObjectFile& file() { return *m_file; }
+  SearchIndex& search_index() { return m_search_index; }
   MetaModel& meta_model() { return m_file->meta_model(); }
   bool is_open() const { return m_file->is_open(); }
   bool is_writable() const { return m_file->is_writable(); }
@@ -81,6 +85,7 @@ class FileSession : public std::enable_shared_from_this<FileSession> {
   HRESULT built_in_session(std::shared_ptr<FileSession>& session);
 
   std::unique_ptr<ObjectFile> m_file;
+  SearchIndex m_search_index;
   std::filesystem::path m_folder;
   std::unordered_map<const void*, ComObject*> m_definitions;  // not owned
   std::shared_ptr<FileSession> m_built_in;

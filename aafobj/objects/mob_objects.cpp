@@ -231,7 +231,7 @@ class Mob : public Adds<AafObject, IAAFMob, IAAFMob2, IAAFSearchSource> {
   HRESULT LookupSlot(aafSlotID_t slotId, IAAFMobSlot** ppDestSlot) override {
     if (!ppDestSlot) return AAFRESULT_NULL_PARAM;
     StoredObject* slot = nullptr;
-    const HRESULT r = find_slot(stored(), slotId, slot);
+    const HRESULT r = session().search_index().find_slot(stored(), slotId, slot);
     return r < 0 ? r : session().hand_out(*slot, ppDestSlot);
   }
 

@@ -20,35 +20,6 @@ struct Place {
   aafLength_t length = 0;
 };
 
-aafLength_t length_of(StoredObject& component) {
-  aafLength_t length = 0;
-  return get_value(component, pid::Component_Length, length) < 0 ? 0 : length;
-}
-
-// The component of a sequence at a position, which then counts from the component's start.
-// Transitions overlap both neighbours; in the overlap the earlier one is found.
-HRESULT component_at(StoredObject& sequence, aafPosition_t& position, StoredObject*& component) {
-  std::vector<StoredObject*> components;
-  const HRESULT there = sequence.contained_objects(pid::Sequence_Components, components);
-  if (there == AAFRESULT_PROP_NOT_PRESENT) return AAFRESULT_TRAVERSAL_NOT_POSS;
-  if (there < 0) return there;
-  aafPosition_t start = 0;
-  for (StoredObject* each : components) {
-    const aafLength_t length = length_of(*each);
-    if (each->is_kind_of(ClassIndex::Transition)) {
-      start = saturating_subtract(start, length);
-      continue;
-    }
-    if (position < saturating_add(start, length)) {
-      component = each;
-      position = saturating_subtract(position, start);
-      return AAFRESULT_SUCCESS;
-    }
-    start = saturating_add(start, length);
-  }
-  return AAFRESULT_TRAVERSAL_NOT_POSS;
-}
-
 HRESULT only_input(StoredObject& group, StoredObject*& input) {
   std::size_t inputs = 0;
   HRESULT r = group.count_elements(pid::OperationGroup_InputSegments, inputs);
@@ -58,9 +29,11 @@ HRESULT only_input(StoredObject& group, StoredObject*& input) {
 }
 
 // One step from a segment into what it holds. The position stays one of the same slot.
-HRESULT step_into(StoredObject*& segment, aafPosition_t& position) {
+HRESULT step_into(SearchIndex& index, StoredObject*& segment, aafPosition_t& position) {
   StoredObject& outer = *segment;
-  if (outer.is_kind_of(ClassIndex::Sequence)) return component_at(outer, position, segment);
+  if (outer.is_kind_of(ClassIndex::Sequence)) {
+    return index.find_component(outer, position, segment);
+  }
   if (outer.is_kind_of(ClassIndex::OperationGroup)) return only_input(outer, segment);
   if (outer.is_kind_of(ClassIndex::Pulldown)) {
     return outer.get_object(pid::Pulldown_InputSegment, segment);
@@ -72,27 +45,32 @@ HRESULT step_into(StoredObject*& segment, aafPosition_t& position) {
 }
 
 // The source clip at a place's position, and the position within it.
-HRESULT find_clip(const Place& place, StoredObject*& clip, aafPosition_t& position) {
+HRESULT find_clip(SearchIndex& index, const Place& place, StoredObject*& clip,
+                  aafPosition_t& position) {
   position = place.reference.startTime;
   if (const HRESULT r = place.slot->get_object(pid::MobSlot_Segment, clip); r < 0) return r;
   for (int depth = 0; !clip->is_kind_of(ClassIndex::SourceClip); ++depth) {
     if (depth == max_nesting) return AAFRESULT_TRAVERSAL_NOT_POSS;
-    if (const HRESULT r = step_into(clip, position); r < 0) return r;
+    if (const HRESULT r = step_into(index, clip, position); r < 0) return r;
   }
   return AAFRESULT_SUCCESS;
 }
 
 // On to the mob that the clip at the place refers to.
-HRESULT follow(ObjectFile& file, Place& place) {
+HRESULT follow(FileSession& session, Place& place) {
   StoredObject* clip = nullptr;
   aafPosition_t position = 0;
-  if (const HRESULT r = find_clip(place, clip, position); r < 0) return r;
+  if (const HRESULT r = find_clip(session.search_index(), place, clip, position); r < 0) return r;
   aafSourceRef_t reference{};
   if (const HRESULT r = read_source_reference(*clip, reference); r < 0) return r;
   if (is_null(reference.sourceID)) return AAFRESULT_TRAVERSAL_NOT_POSS;
   Place next;
-  if (const HRESULT r = find_mob(file, reference.sourceID, next.mob); r < 0) return r;
-  if (const HRESULT r = find_slot(*next.mob, reference.sourceSlotID, next.slot); r < 0) return r;
+  if (const HRESULT r = find_mob(session.file(), reference.sourceID, next.mob); r < 0) return r;
+  if (const HRESULT r =
+          session.search_index().find_slot(*next.mob, reference.sourceSlotID, next.slot);
+      r < 0) {
+    return r;
+  }
   if (const HRESULT r = edit_rate_of(*next.slot, next.rate); r < 0) return r;
   const aafLength_t left = saturating_subtract(length_of(*clip), position);
   next.reference = reference;
@@ -166,14 +144,16 @@ HRESULT search_source(const std::shared_ptr<FileSession>& session, StoredObject&
   place.mob = &mob;
   place.length = std::numeric_limits<aafLength_t>::max();
   place.reference.startTime = offset;
-  if (const HRESULT r = find_slot(mob, slot_id, place.slot); r < 0) return r;
+  if (const HRESULT r = session->search_index().find_slot(mob, slot_id, place.slot); r < 0) {
+    return r;
+  }
   if (const HRESULT r = edit_rate_of(*place.slot, place.rate); r < 0) return r;
   aafPosition_t origin = 0;
   if (get_value(*place.slot, pid::TimelineMobSlot_Origin, origin) >= 0) {
     place.reference.startTime = saturating_add(offset, origin);
   }
   for (int hop = 0; hop < max_hops; ++hop) {
-    if (const HRESULT r = follow(session->file(), place); r < 0) return r;
+    if (const HRESULT r = follow(*session, place); r < 0) return r;
     aafMobKind_t found = kAAFAllMob;
     if (const HRESULT r = mob_kind(*place.mob, found); r < 0) return r;
     if (kind != kAAFAllMob && found != kind) continue;

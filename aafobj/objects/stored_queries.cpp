@@ -26,6 +26,11 @@ AAFRESULT find_slot(StoredObject& mob, aafSlotID_t id, StoredObject*& slot) {
   return AAFRESULT_SLOT_NOT_FOUND;
 }
 
+aafLength_t length_of(StoredObject& component) {
+  aafLength_t length = 0;
+  return get_value(component, pid::Component_Length, length) < 0 ? 0 : length;
+}
+
 AAFRESULT read_source_reference(StoredObject& clip, aafSourceRef_t& reference) {
   const AAFRESULT source = get_value(clip, pid::SourceReference_SourceID, reference.sourceID);
   if (source < 0 && source != AAFRESULT_PROP_NOT_PRESENT) return source;

@@ -9,8 +9,12 @@ namespace aafobj {
 
 // All 32 bytes count. Errors: MOB_NOT_FOUND.
 [[nodiscard]] AAFRESULT find_mob(ObjectFile& file, const aafMobID_t& id, StoredObject*& mob);
-// Errors: SLOT_NOT_FOUND.
+// The first slot with the identifier. Those that cannot be read are passed over. Looks through
+// the mob; SearchIndex has an index. Errors: SLOT_NOT_FOUND.
 [[nodiscard]] AAFRESULT find_slot(StoredObject& mob, aafSlotID_t id, StoredObject*& slot);
+
+// 0 for a component without one.
+[[nodiscard]] aafLength_t length_of(StoredObject& component);
 
 // Where a source clip points: nothing there counts as zero, but for the slot.
 [[nodiscard]] AAFRESULT read_source_reference(StoredObject& clip, aafSourceRef_t& reference);

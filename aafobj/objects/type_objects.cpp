@@ -1,79 +1,13 @@
-// The interfaces of types, one class for each kind.
+// The interfaces of types, one class for each kind; arrays and sets are in array_types.cpp.
 
 #include <algorithm>
 
 #include "aafobj/objects/meta_objects.h"
 #include "aafobj/objects/native_layout.h"
+#include "aafobj/objects/type_values.h"
 
 namespace aafobj {
 namespace {
-
-// A caller's value, if it is ours and its type is this one or has this one for its base.
-HRESULT value_of(const TypeDef& type, IAAFPropertyValue* pointer, ValueObject*& value) {
-  if (!pointer) return AAFRESULT_NULL_PARAM;
-  value = ValueObject::behind(pointer);
-  if (!value) return AAFRESULT_INVALID_OBJ;
-  const bool fits = base_type(value->type()).identifier == base_type(type).identifier;
-  return fits ? AAFRESULT_SUCCESS : AAFRESULT_BAD_TYPE;
-}
-
-std::span<std::byte> bytes_at(aafMemPtr_t memory, std::size_t size) {
-  return std::as_writable_bytes(std::span(memory, size));
-}
-
-Ref<ValueObject> new_value(TypeObject& type) {
-  return Ref<ValueObject>(new ValueObject(type.shared_session(), type.definition()));
-}
-
-// A value of a fixed layout from a program's memory, and back.
-HRESULT value_from_memory(TypeObject& type, aafMemPtr_t data, aafUInt32 size,
-                          IAAFPropertyValue** out) {
-  if (!data || !out) return AAFRESULT_NULL_PARAM;
-  Ref<ValueObject> value = new_value(type);
-  value->bytes.resize(type.definition().size_bytes);
-  if (value->bytes.empty() || !from_native(type.definition(), bytes_at(data, size), value->bytes)) {
-    return AAFRESULT_BAD_SIZE;
-  }
-  *out = value.detach();
-  return AAFRESULT_SUCCESS;
-}
-
-HRESULT value_to_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
-                        aafUInt32 size) {
-  if (!data) return AAFRESULT_NULL_PARAM;
-  ValueObject* value = nullptr;
-  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
-  const bool fits = to_native(type.definition(), value->bytes, bytes_at(data, size));
-  return fits ? AAFRESULT_SUCCESS : AAFRESULT_BAD_SIZE;
-}
-
-HRESULT change_from_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
-                           aafUInt32 size) {
-  if (!data) return AAFRESULT_NULL_PARAM;
-  ValueObject* value = nullptr;
-  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
-  std::vector<std::byte> bytes(type.definition().size_bytes);
-  if (!from_native(type.definition(), bytes_at(data, size), bytes)) return AAFRESULT_BAD_SIZE;
-  value->bytes = std::move(bytes);
-  return AAFRESULT_SUCCESS;
-}
-
-HRESULT hand_out_type_of(TypeObject& type, const TypeDef* wanted, IAAFTypeDef** out) {
-  if (!out) return AAFRESULT_NULL_PARAM;
-  return wanted ? type.session().hand_out(*wanted, out) : AAFRESULT_TYPE_NOT_FOUND;
-}
-
-// One element of a value with parts, as a value of its own.
-HRESULT part_value(TypeObject& type, ValueObject& whole, const TypeDef& part, std::size_t offset,
-                   IAAFPropertyValue** out) {
-  if (!out) return AAFRESULT_NULL_PARAM;
-  if (offset + part.size_bytes > whole.bytes.size()) return AAFRESULT_BAD_SIZE;
-  Ref<ValueObject> value(new ValueObject(type.shared_session(), part));
-  const auto from = whole.bytes.begin() + static_cast<std::ptrdiff_t>(offset);
-  value->bytes.assign(from, from + static_cast<std::ptrdiff_t>(part.size_bytes));
-  *out = value.detach();
-  return AAFRESULT_SUCCESS;
-}
 
 class IntegerType final : public Adds<TypeObject, IAAFTypeDefInt> {
  public:
@@ -154,6 +88,21 @@ class RecordType final : public Adds<TypeObject, IAAFTypeDefRecord> {
     *pLen = wide_bytes(definition().members[index].name);
     return AAFRESULT_SUCCESS;
   }
+  // One value for each member, in their order.
+  HRESULT CreateValueFromValues(IAAFPropertyValue** pMemberValues, aafUInt32 numMembers,
+                                IAAFPropertyValue** ppPropVal) override {
+    if (!pMemberValues || !ppPropVal) return AAFRESULT_NULL_PARAM;
+    if (numMembers != definition().members.size()) return AAFRESULT_INVALID_PARAM;
+    Ref<ValueObject> value = new_value(*this);
+    for (aafUInt32 i = 0; i < numMembers; ++i) {
+      ValueObject* member = nullptr;
+      const HRESULT r = part_of(*definition().members[i].type, pMemberValues[i], member);
+      if (r < 0) return r;
+      value->bytes.insert(value->bytes.end(), member->bytes.begin(), member->bytes.end());
+    }
+    *ppPropVal = value.detach();
+    return AAFRESULT_SUCCESS;
+  }
   HRESULT CreateValueFromStruct(aafMemPtr_t pInitData, aafUInt32 initDataSize,
                                 IAAFPropertyValue** ppPropVal) override {
     return value_from_memory(*this, pInitData, initDataSize, ppPropVal);
@@ -163,10 +112,17 @@ class RecordType final : public Adds<TypeObject, IAAFTypeDefRecord> {
     ValueObject* value = nullptr;
     if (const HRESULT r = value_of(definition(), pInPropVal, value); r < 0) return r;
     if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
-    std::size_t offset = 0;
-    for (aafUInt32 i = 0; i < index; ++i)
-      offset += definition().members[i].type->size_bytes;
-    return part_value(*this, *value, *definition().members[index].type, offset, ppOutPropVal);
+    return part_value(*this, *value, *definition().members[index].type, offset_of(index),
+                      ppOutPropVal);
+  }
+  HRESULT SetValue(IAAFPropertyValue* pPropVal, aafUInt32 index,
+                   IAAFPropertyValue* pMemberPropVal) override {
+    ValueObject* value = nullptr;
+    ValueObject* member = nullptr;
+    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    if (index >= definition().members.size()) return AAFRESULT_BADINDEX;
+    const HRESULT r = part_of(*definition().members[index].type, pMemberPropVal, member);
+    return r < 0 ? r : replace_bytes(*value, offset_of(index), *member);
   }
   HRESULT GetStruct(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
     return value_to_memory(*this, pPropVal, pData, dataSize);
@@ -182,6 +138,13 @@ class RecordType final : public Adds<TypeObject, IAAFTypeDefRecord> {
 
  private:
   ~RecordType() override = default;
+
+  std::size_t offset_of(aafUInt32 index) const {
+    std::size_t offset = 0;
+    for (aafUInt32 i = 0; i < index; ++i)
+      offset += definition().members[i].type->size_bytes;
+    return offset;
+  }
 };
 
 class RenamedType final : public Adds<TypeObject, IAAFTypeDefRename> {
@@ -414,208 +377,6 @@ class ExtendibleType final : public Adds<TypeObject, IAAFTypeDefExtEnum> {
   }
 };
 
-// Arrays and sets: what is the same for elements that are data and for those that are objects.
-std::size_t element_count(const TypeDef& type, const ValueObject& value) {
-  if (!value.objects.empty()) return value.objects.size();
-  if (!value.targets.empty()) return value.targets.size();
-  const std::size_t each = type.element ? type.element->size_bytes : 0;
-  return each == 0 ? 0 : value.bytes.size() / each;
-}
-
-HRESULT element_value(TypeObject& type, ValueObject& whole, std::size_t index,
-                      IAAFPropertyValue** out) {
-  if (!out) return AAFRESULT_NULL_PARAM;
-  if (index >= element_count(type.definition(), whole)) return AAFRESULT_BADINDEX;
-  const TypeDef& element = *type.definition().element;
-  if (whole.objects.empty() && whole.targets.empty()) {
-    return part_value(type, whole, element, index * element.size_bytes, out);
-  }
-  Ref<ValueObject> value(new ValueObject(type.shared_session(), element));
-  if (!whole.objects.empty()) {
-    value->objects.push_back(whole.objects[index]);
-  } else {
-    value->targets.push_back(whole.targets[index]);
-  }
-  *out = value.detach();
-  return AAFRESULT_SUCCESS;
-}
-
-struct ElementItem {
-  Ref<TypeObject> type;
-  Ref<ValueObject> whole;
-  std::size_t index;
-
-  HRESULT hand_out(IAAFPropertyValue** out) const {
-    return element_value(*type, *whole, index, out);
-  }
-};
-
-HRESULT enumerate_elements(TypeObject& type, IAAFPropertyValue* pointer,
-                           IEnumAAFPropertyValues** out) {
-  if (!out) return AAFRESULT_NULL_PARAM;
-  ValueObject* value = nullptr;
-  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
-  std::vector<ElementItem> items;
-  for (std::size_t i = 0; i < element_count(type.definition(), *value); ++i) {
-    type.add_reference();
-    value->add_reference();
-    items.push_back({Ref<TypeObject>(&type), Ref<ValueObject>(value), i});
-  }
-  *out =
-      new Enumerator<IEnumAAFPropertyValues, IAAFPropertyValue*, ElementItem>(std::move(items), 0);
-  return AAFRESULT_SUCCESS;
-}
-
-// Elements of a fixed layout, one after the other as in a C array.
-HRESULT array_to_memory(TypeObject& type, IAAFPropertyValue* pointer, aafMemPtr_t data,
-                        aafUInt32 size) {
-  if (!data) return AAFRESULT_NULL_PARAM;
-  ValueObject* value = nullptr;
-  if (const HRESULT r = value_of(type.definition(), pointer, value); r < 0) return r;
-  const TypeDef& element = *type.definition().element;
-  const std::size_t native = native_layout(element).size_bytes;
-  const std::size_t count = element_count(type.definition(), *value);
-  if (native == 0 || !value->objects.empty() || !value->targets.empty()) return AAFRESULT_BAD_TYPE;
-  if (size < count * native) return AAFRESULT_SMALLBUF;
-  for (std::size_t i = 0; i < count; ++i) {
-    const auto stored = std::span<const std::byte>(value->bytes)
-                            .subspan(i * element.size_bytes, element.size_bytes);
-    if (!to_native(element, stored, bytes_at(data, size).subspan(i * native, native))) {
-      return AAFRESULT_BAD_SIZE;
-    }
-  }
-  return AAFRESULT_SUCCESS;
-}
-
-HRESULT array_from_memory(const TypeDef& type, aafMemPtr_t data, aafUInt32 size,
-                          std::vector<std::byte>& bytes) {
-  if (!data) return AAFRESULT_NULL_PARAM;
-  const TypeDef& element = *type.element;
-  const std::size_t native = native_layout(element).size_bytes;
-  if (native == 0) return AAFRESULT_BAD_TYPE;
-  if (size % native != 0) return AAFRESULT_BAD_SIZE;
-  std::vector<std::byte> stored(size / native * element.size_bytes);
-  for (std::size_t i = 0; i < size / native; ++i) {
-    const auto to = std::span(stored).subspan(i * element.size_bytes, element.size_bytes);
-    if (!from_native(element, bytes_at(data, size).subspan(i * native, native), to)) {
-      return AAFRESULT_BAD_SIZE;
-    }
-  }
-  bytes = std::move(stored);
-  return AAFRESULT_SUCCESS;
-}
-
-HRESULT array_value(TypeObject& type, aafMemPtr_t data, aafUInt32 size, IAAFPropertyValue** out) {
-  if (!out) return AAFRESULT_NULL_PARAM;
-  Ref<ValueObject> value = new_value(type);
-  const HRESULT r = array_from_memory(type.definition(), data, size, value->bytes);
-  if (r >= 0) *out = value.detach();
-  return r;
-}
-
-// What the two kinds of array have in common.
-template <typename Interface>
-class ArrayType : public Adds<TypeObject, Interface> {
- public:
-  using Adds<TypeObject, Interface>::Adds;
-
-  HRESULT GetType(IAAFTypeDef** ppTypeDef) override {
-    return hand_out_type_of(*this, this->definition().element, ppTypeDef);
-  }
-  HRESULT CreateValueFromCArray(aafMemPtr_t pInitData, aafUInt32 initDataSize,
-                                IAAFPropertyValue** ppPropVal) override {
-    return array_value(*this, pInitData, initDataSize, ppPropVal);
-  }
-  HRESULT GetElementValue(IAAFPropertyValue* pInPropVal, aafUInt32 index,
-                          IAAFPropertyValue** ppOutPropVal) override {
-    ValueObject* value = nullptr;
-    if (const HRESULT r = value_of(this->definition(), pInPropVal, value); r < 0) return r;
-    return element_value(*this, *value, index, ppOutPropVal);
-  }
-  HRESULT GetCArray(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
-    return array_to_memory(*this, pPropVal, pData, dataSize);
-  }
-  HRESULT SetCArray(IAAFPropertyValue* pPropVal, aafMemPtr_t pData, aafUInt32 dataSize) override {
-    ValueObject* value = nullptr;
-    if (const HRESULT r = value_of(this->definition(), pPropVal, value); r < 0) return r;
-    return array_from_memory(this->definition(), pData, dataSize, value->bytes);
-  }
-  HRESULT GetElements(IAAFPropertyValue* pPropVal, IEnumAAFPropertyValues** ppEnum) override {
-    return enumerate_elements(*this, pPropVal, ppEnum);
-  }
-
- protected:
-  ~ArrayType() override = default;
-};
-
-class FixedArrayType final : public ArrayType<IAAFTypeDefFixedArray> {
- public:
-  using ArrayType::ArrayType;
-
-  HRESULT GetCount(aafUInt32* pCount) override {
-    if (!pCount) return AAFRESULT_NULL_PARAM;
-    *pCount = definition().element_count;
-    return AAFRESULT_SUCCESS;
-  }
-
- private:
-  ~FixedArrayType() override = default;
-};
-
-class VariableArrayType final : public ArrayType<IAAFTypeDefVariableArray> {
- public:
-  using ArrayType::ArrayType;
-
-  HRESULT GetCount(IAAFPropertyValue* pPropVal, aafUInt32* pCount) override {
-    if (!pCount) return AAFRESULT_NULL_PARAM;
-    ValueObject* value = nullptr;
-    if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
-    *pCount = static_cast<aafUInt32>(element_count(definition(), *value));
-    return AAFRESULT_SUCCESS;
-  }
-  HRESULT CreateEmptyValue(IAAFPropertyValue** ppPropVal) override {
-    if (!ppPropVal) return AAFRESULT_NULL_PARAM;
-    *ppPropVal = new_value(*this).detach();
-    return AAFRESULT_SUCCESS;
-  }
-  HRESULT AppendElement(IAAFPropertyValue* pInPropVal, IAAFPropertyValue* pMemberPropVal) override {
-    ValueObject* value = nullptr;
-    ValueObject* member = nullptr;
-    if (const HRESULT r = value_of(definition(), pInPropVal, value); r < 0) return r;
-    if (const HRESULT r = value_of(*definition().element, pMemberPropVal, member); r < 0) return r;
-    value->bytes.insert(value->bytes.end(), member->bytes.begin(), member->bytes.end());
-    value->objects.insert(value->objects.end(), member->objects.begin(), member->objects.end());
-    value->targets.insert(value->targets.end(), member->targets.begin(), member->targets.end());
-    return AAFRESULT_SUCCESS;
-  }
-
- private:
-  ~VariableArrayType() override = default;
-};
-
-class SetType final : public Adds<TypeObject, IAAFTypeDefSet> {
- public:
-  using Adds::Adds;
-
-  HRESULT GetElementType(IAAFTypeDef** ppTypeDef) override {
-    return hand_out_type_of(*this, definition().element, ppTypeDef);
-  }
-  HRESULT GetCount(IAAFPropertyValue* pSetPropertyValue, aafUInt32* pCount) override {
-    if (!pCount) return AAFRESULT_NULL_PARAM;
-    ValueObject* value = nullptr;
-    if (const HRESULT r = value_of(definition(), pSetPropertyValue, value); r < 0) return r;
-    *pCount = static_cast<aafUInt32>(element_count(definition(), *value));
-    return AAFRESULT_SUCCESS;
-  }
-  HRESULT GetElements(IAAFPropertyValue* pSetPropertyValue,
-                      IEnumAAFPropertyValues** ppEnum) override {
-    return enumerate_elements(*this, pSetPropertyValue, ppEnum);
-  }
-
- private:
-  ~SetType() override = default;
-};
-
 class StringType final : public Adds<TypeObject, IAAFTypeDefString> {
  public:
   using Adds::Adds;
@@ -681,6 +442,16 @@ class StringType final : public Adds<TypeObject, IAAFTypeDefString> {
 class CharacterType final : public Adds<TypeObject, IAAFTypeDefCharacter> {
  public:
   using Adds::Adds;
+
+  HRESULT CreateValueFromCharacter(aafCharacter character,
+                                   IAAFPropertyValue** ppCharacterValue) override {
+    return value_from_memory(*this, reinterpret_cast<aafMemPtr_t>(&character), sizeof(character),
+                             ppCharacterValue);
+  }
+  HRESULT SetCharacter(IAAFPropertyValue* pCharacterValue, aafCharacter character) override {
+    return change_from_memory(*this, pCharacterValue, reinterpret_cast<aafMemPtr_t>(&character),
+                              sizeof(character));
+  }
 
   HRESULT GetCharacter(IAAFPropertyValue* pCharacterValue, aafCharacter* pCharacter) override {
     if (!pCharacter) return AAFRESULT_NULL_PARAM;
@@ -950,11 +721,9 @@ ComObject* make_type_object(const std::shared_ptr<FileSession>& session, const T
     case TypeKind::extendible_enumeration:
       return new ExtendibleType(session, type);
     case TypeKind::fixed_array:
-      return new FixedArrayType(session, type);
     case TypeKind::variable_array:
-      return new VariableArrayType(session, type);
     case TypeKind::set:
-      return new SetType(session, type);
+      return make_array_type_object(session, type);
     case TypeKind::record:
       return new RecordType(session, type);
     case TypeKind::rename:

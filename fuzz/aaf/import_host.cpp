@@ -83,6 +83,8 @@ void import_both_ways(ImportHost& host, const std::u16string& path) {
     host.set_corrected(corrected);
     CGenericEdl edl;
     CAAFEdlFile file(&edl);
+    // Far above what files of this size hold, and soon reached.
+    file.set_import_limits({.visits = 100'000, .records = 20'000, .points = 50'000});
     const result_code code = file.import_edl(path.c_str());
     require(code == result::import_complete || code == result::not_opened);
     if (code == result::import_complete) continue;

@@ -1,5 +1,5 @@
-// Builds storages and streams as the input tells, opens them as a file of objects and walks
-// it. What can be walked can be copied, and the copy holds the same objects.
+// Builds storages and streams as the input tells, opens them as a file of objects, dumps it and
+// walks it. What can be walked can be copied, and the copy holds the same objects.
 //
 // Input: 1, length of name, name, class (16 bytes) makes a storage and goes into it; 2 goes
 // back; 3, length of name, name, length (2 bytes), bytes makes a stream.
@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "aafobj/dump/tree_dump.h"
 #include "aafobj/model/object_file.h"
 #include "aafobj/model/stored_values.h"
 #include "aafobj/model/tree_walk.h"
@@ -142,11 +143,39 @@ AAFRESULT walk(ObjectFile& file, std::string& text) {
   });
 }
 
+// Holds begins and ends together.
+class DumpChecker final : public DumpSink {
+ public:
+  ~DumpChecker() override { require(m_open == 0); }
+  void begin_object(std::string_view class_name, bool) override {
+    require(!class_name.empty());
+    ++m_open;
+  }
+  void end_object() override { --m_open; }
+  void name(std::string_view name) override { require(!name.empty()); }
+  void unknown_property(std::uint16_t) override {}
+  void begin_list(std::size_t, bool) override { ++m_open; }
+  void end_list() override { --m_open; }
+  void scalar(ShownKind, std::string_view) override {}
+  void bytes(std::string_view hexadecimal, std::size_t count) override {
+    require(hexadecimal.size() / 2 <= count);
+  }
+  void stream(std::uint64_t) override {}
+  void fault(std::string_view words) override { require(!words.empty()); }
+
+ private:
+  int m_open = 0;
+};
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto file = open(Builder(std::as_bytes(std::span(data, size))).build());
   if (!file) return 0;
+  {
+    DumpChecker checker;
+    dump_tree(file->root(), checker);
+  }
   std::string text;
   if (walk(*file, text) < 0) return 0;
   auto storage = std::make_shared<MemoryStorage>();

@@ -33,7 +33,10 @@ class EDL_API CStdioFile : public CFile {
   int get_byte() {
     return read_at_ < read_end_ ? static_cast<unsigned char>(buffer_[read_at_++]) : fill();
   }
+  // Lets the byte that get_byte has just read be read again.
+  void put_back() { --read_at_; }
   // The bytes that stand in the buffer, at least one unless the file has ended.
+  // They stay until more are read from the file.
   std::string_view buffered();
   // Passes over that many of them.
   void consume(std::size_t count) { read_at_ += count; }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <new>
 
 #include "aaf/aaf_text.h"
 #include "aaf/export_samples.h"
@@ -303,6 +304,23 @@ TEST(FailedExport, OfAFormatThatIsNotKnown) {
   scene.add({.in = 0, .out = 10}, &audio);
   EXPECT_EQ(scene.run(), 0);
   EXPECT_FALSE(scene.exists());
+}
+
+TEST(FailedExport, OfMemoryThatRunsOutLeavesNothing) {
+  for (const bool embed : {true, false}) {
+    ExportScene scene;
+    scene.host.app.aaf_embed_audio = embed ? 1 : 0;
+    scene.host.sound.order = support::ScriptedAudio::Order::backwards;
+    scene.host.windows.on_position = [](std::uint32_t position) {
+      if (position != 0) throw std::bad_alloc();
+    };
+    scene.add({.in = 0, .out = 10}, &scene.add_audio(1, 4 * block, 16));
+    EXPECT_EQ(scene.run(), 0);
+    EXPECT_FALSE(scene.exists());
+    EXPECT_FALSE(scene.exists("take 0.wav"));
+    EXPECT_THAT(scene.host.sound.enabled, ElementsAre(1, 0));
+    EXPECT_THAT(scene.host.sound.waiting, IsEmpty());
+  }
 }
 
 // A service that loses what it was asked for: the export ends when no request is open.

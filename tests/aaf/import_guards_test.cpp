@@ -311,12 +311,37 @@ TEST_P(ImportGuardsTest, ADateThatIsNone) {
 // Small files that describe more than any machine holds.
 class ImportBudgetTest : public WithChains<AafImportTest> {};
 
+// The slot, the sequence and its ten fillers.
+TEST_F(ImportBudgetTest, AsManyComponentsAsAllowed) {
+  importer->set_import_limits({.visits = 12});
+  EXPECT_EQ(import({sound(std::vector<AafPart>(10, filler(10)))}), 100);
+}
+
+TEST_F(ImportBudgetTest, MoreComponentsThanAllowed) {
+  importer->set_import_limits({.visits = 11});
+  EXPECT_EQ(import({sound(std::vector<AafPart>(10, filler(10)))}), 11);
+}
+
+TEST_F(ImportBudgetTest, AsManyEditsAsAllowed) {
+  importer->set_import_limits({.records = 3});
+  EXPECT_EQ(import({sound(std::vector<AafPart>(3, clip(take(), 10)))}), 100);
+  EXPECT_EQ(edits().size(), 3U);
+}
+
+TEST_F(ImportBudgetTest, MoreEditsThanAllowed) {
+  importer->set_import_limits({.records = 2});
+  EXPECT_EQ(import({sound(std::vector<AafPart>(3, clip(take(), 10)))}), 11);
+  EXPECT_THAT(edits(), IsEmpty());
+}
+
 TEST_F(ImportBudgetTest, CompositionsThatMultiply) {
+  if (!is_long_run()) importer->set_import_limits({.visits = 20'000});
   EXPECT_EQ(import_top({sound({chain(31, 2, filler(10))})}), 11);
   EXPECT_THAT(edits(), IsEmpty());
 }
 
 TEST_F(ImportBudgetTest, ClipsThatMultiply) {
+  if (!is_long_run()) importer->set_import_limits({.records = 5'000});
   EXPECT_EQ(import_top({sound({chain(31, 2, clip(take(), 10))})}), 11);
   EXPECT_THAT(edits(), IsEmpty());
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,36 @@ TEST(Tokens, SectionsEndWithTheirClosingTag) {
   EXPECT_FALSE(skipped("x </FOO>"));
   EXPECT_FALSE(skipped("x <//FOO> "));
   EXPECT_FALSE(skipped(""));
+}
+
+// The same read word by word.
+bool skip_word_by_word(std::string_view list, std::size_t& position) {
+  adl::Token token;
+  while (adl::get_next_token(list, position, token)) {
+    if (adl::is_keyword(token, "</A>")) return true;
+  }
+  return false;
+}
+
+TEST(Tokens, SectionsAreSkippedAsIfReadWordByWord) {
+  constexpr std::string_view pieces[] = {" ",  "\n",   "a",    "\"",   "\\", "<",
+                                         ">",  "/*",   "*/",   "/",    "*",  "\f",
+                                         "\v", "\xe4", "</A>", "</a>", "A>", " <A> "};
+  std::mt19937 random(41);
+  int found = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::string list;
+    for (std::size_t count = random() % 30; count > 0; --count)
+      list += pieces[random() % std::size(pieces)];
+    std::size_t position = list.empty() ? 0 : random() % list.size();
+    std::size_t expected = position;
+    const bool is_found = skip_word_by_word(list, expected);
+    ASSERT_EQ(adl::skip_section(list, position, "<A>"), is_found) << list;
+    ASSERT_EQ(position, expected) << list;
+    found += is_found ? 1 : 0;
+  }
+  EXPECT_GT(found, 2000);
+  EXPECT_LT(found, 18000);
 }
 
 TEST(Tokens, Numbers) {

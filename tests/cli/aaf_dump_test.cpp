@@ -134,6 +134,51 @@ TEST_F(AafDumpTest, RoundADamagedObjectTheRestIsShown) {
   EXPECT_THAT(run.err, HasSubstr("could not be read"));
 }
 
+// The number of the mob's name becomes one that no definition tells of.
+TEST_F(AafDumpTest, PropertiesWithoutADefinitionAreShownByNumber) {
+  std::string bytes = support::read_file(path_);
+  // In the index of a mob's properties: number 0x4402, stored as data, 26 bytes long, which
+  // are the twelve units of the name and its end.
+  const std::size_t entry = bytes.find(std::string("\x02\x44\x82\0\x1a\0", 6));
+  ASSERT_NE(entry, std::string::npos);
+  bytes[entry + 1] = '\x75';
+  support::write_file(path_, bytes);
+  const RunResult run = run_edlconv({"aaf-dump", path_});
+  EXPECT_EQ(run.code, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("\n        unknown 0x7502: bytes 5200650065006c00"));
+  EXPECT_THAT(run.out, Not(HasSubstr("Reel")));
+  const Json header = Json::parse(run_edlconv({"aaf-dump", "--json", path_}).out, nullptr, false);
+  ASSERT_FALSE(header.is_discarded());
+  const Json& mob = header["properties"]["Content"]["properties"]["Mobs"][0];
+  EXPECT_TRUE(mob["properties"]["unknown 0x7502"].contains("bytes"));
+  // The interfaces can only count them.
+  const RunResult library = run_edlconv({"aaf-dump", "--aaf-library", EDL_AAF_LIBRARY, path_});
+  EXPECT_THAT(library.out, HasSubstr("(1 property that no definition tells of)"));
+}
+
+TEST_F(AafDumpTest, DefinitionsAreShownWhenAskedFor) {
+  const RunResult run = run_edlconv({"aaf-dump", "--all", path_});
+  EXPECT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(run.out.rfind("Root\n  MetaDictionary: MetaDictionary\n    ClassDefinitions: ", 0), 0U)
+      << run.out.substr(0, 200);
+  EXPECT_THAT(run.out, HasSubstr("\n  Header: Header\n"));
+  EXPECT_THAT(run.out, HasSubstr("        ElementNames: 2 elements\n"
+                                 "          [0] \"False\"\n          [1] \"True\"\n"));
+  const RunResult json = run_edlconv({"aaf-dump", "--all", "--json", path_});
+  EXPECT_EQ(json.code, 0) << json.err;
+  const Json root = Json::parse(json.out, nullptr, false);
+  ASSERT_FALSE(root.is_discarded());
+  EXPECT_EQ(root["class"], "Root");
+  EXPECT_EQ(root["properties"]["Header"]["class"], "Header");
+}
+
+TEST_F(AafDumpTest, AllIsNotForAnotherLibrary) {
+  const RunResult run = run_edlconv({"aaf-dump", "--all", "--aaf-library", EDL_AAF_LIBRARY, path_});
+  EXPECT_EQ(run.code, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, HasSubstr("--all"));
+}
+
 TEST_F(AafDumpTest, AnotherLibraryInItsPlace) {
   EXPECT_EQ(run_edlconv({"aaf-dump", "--aaf-library", EDL_AAF_LIBRARY, path_}).code, 0);
   const RunResult run = run_edlconv({"aaf-dump", "--aaf-library", folder_.file("none.so"), path_});
@@ -155,6 +200,7 @@ TEST(AafDumpSamples, NothingInThemIsUnknown) {
     EXPECT_THAT(text.out, Not(HasSubstr("CANNOT BE READ")));
     EXPECT_THAT(text.out, Not(HasSubstr("a class that is not known")));
     EXPECT_THAT(text.out, Not(HasSubstr("no definition tells of")));
+    EXPECT_THAT(text.out, Not(HasSubstr(" unknown 0x")));
     const RunResult json = run_edlconv({"aaf-dump", "--json", item.path().string()});
     EXPECT_EQ(json.code, 0) << json.err;
     EXPECT_TRUE(Json::accept(json.out));

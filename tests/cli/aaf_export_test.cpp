@@ -178,4 +178,29 @@ TEST_F(AafExport, LeavesNothingOnADiskThatIsFull) {
   EXPECT_EQ(read_file(out), "old");
 }
 
+// A source of a gigabyte of nothing, so that there is time to end the program.
+TEST_F(AafExport, TakesItsAudioBackWhenASignalEndsTheRun) {
+  std::string head = first.substr(0, 44);
+  const std::uint32_t bytes = 1 << 30;
+  for (const auto& [at, size] : {std::pair{4, bytes + 36}, std::pair{40, bytes}}) {
+    for (int i = 0; i < 4; ++i)
+      head[static_cast<std::size_t>(at + i)] = static_cast<char>(size >> 8 * i);
+  }
+  write_file(media + "/R1.wav", head);
+  fs::resize_file(media + "/R1.wav", 44 + std::uint64_t{bytes});
+  write_file(out, "old");
+  write_file(folder.file("R1.wav"), "mine");
+  support::ProgramRun program(support::edlconv_path(),
+                              {"convert", list, out, "--frame-rate", "25", "--sample-rate", "48000",
+                               "--media", media, "--external", "--overwrite-audio"});
+  ASSERT_TRUE(support::wait_for_file(folder.file("R1.wav.before-export")));
+  ASSERT_TRUE(support::wait_for_file(folder.file("R1.wav")));
+  ::kill(program.pid(), SIGTERM);
+  const RunResult result = program.wait();
+  EXPECT_EQ(result.signal, SIGTERM) << result.err;
+  EXPECT_THAT(files(), ElementsAre("R1.wav", "film.aaf"));
+  EXPECT_EQ(read_file(folder.file("R1.wav")), "mine");
+  EXPECT_EQ(read_file(out), "old");
+}
+
 }  // namespace

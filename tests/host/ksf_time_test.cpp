@@ -225,6 +225,33 @@ TEST(KsfTime, BothFormsOfTextAgree) {
   EXPECT_EQ(CKsfTime(static_cast<const wide_char*>(nullptr), 3).to_samples(), 0);
 }
 
+// A text of eleven units is read in one step where it can be. What follows the fourth run
+// counts for nothing, so the same text with more behind it reads the same.
+TEST(KsfTime, TheUsualFormReadsLikeAnyOther) {
+  constexpr std::u16string_view near_digits = u"0123456789/:;.,- A\u0430\uffff";
+  std::mt19937 random(29);
+  int read = 0;
+  for (int round = 0; round < 50000; ++round) {
+    std::u16string text = u"00:00:00:00";
+    for (std::size_t at = 0; at < text.size(); ++at) {
+      const bool separator = at % 3 == 2;
+      text[at] = random() % 40 == 0 ? near_digits[random() % near_digits.size()]
+                 : separator        ? near_digits[11 + random() % 4]
+                                    : near_digits[random() % 10];
+    }
+    const TimeCodeFields usual = parse_time_code_fields(text);
+    const TimeCodeFields other = parse_time_code_fields(text + u" ");
+    ASSERT_EQ(usual.hours, other.hours) << support::utf8(text);
+    ASSERT_EQ(usual.minutes, other.minutes) << support::utf8(text);
+    ASSERT_EQ(usual.seconds, other.seconds) << support::utf8(text);
+    ASSERT_EQ(usual.frames, other.frames) << support::utf8(text);
+    ASSERT_EQ(usual.negative, other.negative) << support::utf8(text);
+    read += usual.frames != 0 ? 1 : 0;
+  }
+  EXPECT_GT(read, 25000);
+  EXPECT_LT(read, 47500);
+}
+
 // The moment of a time code in seconds, as an exact fraction: whole frames, less
 // those that drop frame left out, at 30000/1001, 30, 25 or 24 a second.
 struct Fraction {

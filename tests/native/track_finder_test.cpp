@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <vector>
@@ -59,6 +60,38 @@ void fill_randomly(CGenericEdlEntry& entry, std::mt19937& random) {
   entry.source_timestamp = below(8) == 0 ? time_not_given : 0;
   entry.first_channel = static_cast<std::uint16_t>(below(20) == 0 ? 65535 : below(12));
   entry.no_channels = static_cast<std::uint16_t>(below(5));
+}
+
+// A source's channels may rise at any time: an earlier source then takes channels that a
+// later one had.
+TEST(TrackFinder, AgreesWithThePlainWalkWhenChannelsRise) {
+  for (unsigned seed = 0; seed < 200; ++seed) {
+    std::mt19937 random(seed);
+    CGenericEdl root;
+    CObList tracks;
+    native::TrackFinder finder(tracks);
+    PlainFinder plain;
+    std::vector<CGenericEDLFileTrack*> known;
+    std::vector<CGenericEDLFileTrack*> plain_known;
+    for (int i = 0; i < 100; ++i) {
+      CGenericEdlEntry& entry = add_entry(root, 0, 1);
+      // One key, so that all have to do with each other.
+      entry.first_channel = static_cast<std::uint16_t>(random() % 24);
+      entry.no_channels = static_cast<std::uint16_t>(random() % 3);
+      const std::uint16_t place = finder.find_or_make(entry);
+      ASSERT_EQ(place, plain.find_or_make(entry)) << seed << ", " << i;
+      if (place == known.size()) {
+        known.push_back(static_cast<CGenericEDLFileTrack*>(tracks.GetTail()));
+        plain_known.push_back(static_cast<CGenericEDLFileTrack*>(plain.tracks.GetTail()));
+      }
+      const auto raised = static_cast<std::uint16_t>(random() % known.size());
+      const auto channels = static_cast<std::uint16_t>(random() % 8);
+      finder.raise_channels(*known[raised], raised, channels);
+      plain_known[raised]->m_no_channels = std::max(plain_known[raised]->m_no_channels, channels);
+      EXPECT_EQ(known[raised]->m_no_channels, plain_known[raised]->m_no_channels);
+    }
+    delete_all(tracks);
+  }
 }
 
 TEST(TrackFinder, AgreesWithThePlainWalk) {

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <random>
+#include <utility>
 
 #include "host/code_page.h"
 #include "tests/support/faulty_files.h"
@@ -58,6 +60,40 @@ TEST_F(TextFileTest, EmptyLinesAndIndentationAreNotSeen) {
 TEST_F(TextFileTest, AllThreeLineEnds) {
   EXPECT_EQ(lines("A\rB\nC\r\nD"), (Lines{"A", "B", "C", "D"}));
   EXPECT_EQ(lines("A\n\rB\r\r\n\nC\r"), (Lines{"A", "B", "C"}));
+}
+
+// The told reading, byte by byte, of bytes without FF hex, NUL, blanks and TABs.
+Lines plain_lines(std::string_view bytes) {
+  Lines found;
+  std::string line;
+  for (const char c : bytes) {
+    if (c != '\r' && c != '\n') {
+      line += c;
+    } else if (!line.empty()) {
+      found.push_back(std::exchange(line, {}));
+    }
+  }
+  if (!line.empty()) found.push_back(line);
+  return found;
+}
+
+TEST_F(TextFileTest, LineEndsAtAnyPlace) {
+  // Next to the line ends, in their low seven bits or by one.
+  constexpr std::string_view bytes_of_text = "a\x0b\x0c\x0e\x8a\x8d\xfe\x7f\x01z";
+  std::mt19937 random(31);
+  for (int round = 0; round < 300; ++round) {
+    std::string bytes;
+    for (int i = 0; i < 400; ++i)
+      bytes += random() % 12 == 0 ? "\r\n"[random() % 2]
+                                  : bytes_of_text[random() % bytes_of_text.size()];
+    Lines expected;
+    for (const std::string& line : plain_lines(bytes)) {
+      std::u16string text;
+      windows_1252().decode(line, text);
+      expected.push_back(utf8(text));
+    }
+    ASSERT_EQ(lines(bytes), expected);
+  }
 }
 
 TEST_F(TextFileTest, TrailingBlanksStay) {

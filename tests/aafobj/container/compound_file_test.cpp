@@ -269,6 +269,69 @@ TEST_P(CompoundFileTest, WholeStreamReadKeepsToItsLimit) {
 }
 
 // So scattered that the places of its sectors are not all kept in memory.
+// Counts what is asked of it.
+class CountingStorage final : public RawStorage {
+ public:
+  explicit CountingStorage(Bytes bytes) : m_inner(std::move(bytes)) {}
+  Result read_at(std::uint64_t position, std::span<std::byte> out, std::size_t& count) override {
+    ++reads;
+    return m_inner.read_at(position, out, count);
+  }
+  Result write_at(std::uint64_t position, std::span<const std::byte> bytes) override {
+    return m_inner.write_at(position, bytes);
+  }
+  Result size(std::uint64_t& bytes) override { return m_inner.size(bytes); }
+  Result set_size(std::uint64_t bytes) override { return m_inner.set_size(bytes); }
+  Result synchronize() override { return Result::ok; }
+  bool writable() const override { return true; }
+  std::size_t reads = 0;
+
+ private:
+  MemoryStorage m_inner;
+};
+
+TEST_P(CompoundFileTest, OpeningAStreamForEachPieceCostsNoMoreReads) {
+  std::unique_ptr<CompoundFile> file;
+  const auto made = make_file(GetParam(), file);
+  const Bytes bytes = pattern(std::size_t{1} << 20U, 5);
+  ASSERT_EQ(file->write_stream(k_root_storage, u"large", bytes), Result::ok);
+  ASSERT_EQ(file->close(), Result::ok);
+  const auto storage = std::make_shared<CountingStorage>(made->bytes());
+  ASSERT_EQ(CompoundFile::open(storage, Access::read, file), Result::ok);
+  Bytes piece(1024);
+  for (std::size_t at = 0; at < bytes.size(); at += piece.size()) {
+    Stream stream;
+    std::size_t count = 0;
+    ASSERT_EQ(file->open_stream(k_root_storage, u"large", stream), Result::ok);
+    ASSERT_EQ(stream.read_at(at, piece, count), Result::ok);
+    ASSERT_EQ(count, piece.size());
+    ASSERT_TRUE(
+        std::equal(piece.begin(), piece.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at)));
+  }
+  // 16 buffers of 64 KiB, which table sectors cut in two here and there, and the tables.
+  EXPECT_LE(storage->reads, 64U);
+}
+
+TEST_P(CompoundFileTest, StreamsThatWereOpenBeforeCanBeRemovedAndMadeAnew) {
+  std::unique_ptr<CompoundFile> file;
+  make_file(GetParam(), file);
+  for (unsigned i = 0; i < 12; ++i) {
+    const std::u16string name = {u'a', static_cast<char16_t>(u'0' + i % 3)};
+    const Bytes bytes = pattern(5000 + i, i);
+    if (i >= 3) {
+      ASSERT_EQ(file->remove(k_root_storage, name), Result::ok);
+    }
+    ASSERT_EQ(file->write_stream(k_root_storage, name, bytes), Result::ok);
+    Bytes read;
+    ASSERT_EQ(file->read_stream(k_root_storage, name, 6000, read), Result::ok);
+    EXPECT_EQ(read, bytes);
+    if (i % 4 == 3) {
+      ASSERT_EQ(file->flush(), Result::ok);
+    }
+  }
+  EXPECT_EQ(file->verify(), Result::ok);
+}
+
 TEST(CompoundScattered, EverySectorOnItsOwn) {
   std::unique_ptr<CompoundFile> file;
   const auto storage = make_file(FileKind::aaf_512, file);

@@ -6,87 +6,17 @@
 #include "aafobj/api/aaf_class_ids.h"
 #include "aafobj/model/property_stream.h"
 #include "aafobj/model/stored_values.h"
+#include "tests/aafobj/model/hand_made_file.h"
 #include "tests/aafobj/model/object_trees.h"
 
 namespace aafobj {
 namespace {
 
-using Bytes = std::vector<std::byte>;
-
-Bytes bytes_of(std::initializer_list<int> values) {
-  Bytes bytes;
-  for (const int value : values)
-    bytes.push_back(static_cast<std::byte>(value));
-  return bytes;
-}
-
-ClassId stored(const aafUID_t& id) {
-  ClassId class_id{};
-  std::memcpy(class_id.data(), &id, sizeof(id));
-  return class_id;
-}
-
-// A file put together storage by storage.
-class HandMadeFile {
- public:
-  HandMadeFile() {
-    EXPECT_EQ(CompoundFile::create(m_storage, FileKind::aaf_512, m_container), Result::ok);
-    EXPECT_EQ(m_container->set_class_id(k_root_storage, stored(root_class_id)), Result::ok);
-  }
-
-  CompoundFile& container() { return *m_container; }
-
-  StorageId add(StorageId parent, std::u16string_view name, const aafUID_t& cls) {
-    StorageId storage{};
-    EXPECT_EQ(m_container->create_storage(parent, name, stored(cls), storage), Result::ok);
-    return storage;
-  }
-
-  void put(StorageId storage, std::u16string_view name, const Bytes& bytes) {
-    EXPECT_EQ(m_container->write_stream(storage, name, bytes), Result::ok);
-  }
-
-  struct Value {
-    std::uint16_t pid;
-    StoredForm form;
-    Bytes bytes;
-  };
-  void put_properties(StorageId storage, ByteOrder order, const std::vector<Value>& values) {
-    std::vector<PropertyEntry> entries;
-    for (const Value& value : values)
-      entries.push_back({value.pid, value.form, value.bytes});
-    Bytes stream;
-    EXPECT_EQ(write_property_stream(entries, order, stream), AAFRESULT_SUCCESS);
-    put(storage, u"properties", stream);
-  }
-
-  // The usual top: a root, an empty MetaDictionary, and a header whose storage is returned.
-  StorageId put_top() {
-    put_properties(k_root_storage, ByteOrder::little,
-                   {{1, StoredForm::strong_reference, stored_text(u"MetaDictionary-1")},
-                    {2, StoredForm::strong_reference, stored_text(u"Header-2")}});
-    put_properties(add(k_root_storage, u"MetaDictionary-1", AUID_AAFMetaDictionary),
-                   ByteOrder::little, {});
-    return add(k_root_storage, u"Header-2", AUID_AAFHeader);
-  }
-
-  std::unique_ptr<ObjectFile> open(Access access = Access::read) {
-    EXPECT_EQ(m_container->close(), Result::ok);
-    return testing::open_bytes(m_storage->bytes(), access);
-  }
-
-  AAFRESULT open_result() {
-    EXPECT_EQ(m_container->close(), Result::ok);
-    std::unique_ptr<CompoundFile> container;
-    std::unique_ptr<ObjectFile> file;
-    EXPECT_EQ(CompoundFile::open(m_storage, Access::read, container), Result::ok);
-    return ObjectFile::open(std::move(container), file);
-  }
-
- private:
-  std::shared_ptr<MemoryStorage> m_storage = std::make_shared<MemoryStorage>();
-  std::unique_ptr<CompoundFile> m_container;
-};
+using testing::Bytes;
+using testing::bytes_of;
+using testing::CountingStorage;
+using testing::HandMadeFile;
+using testing::stored;
 
 Bytes big_text(std::u16string_view text) {
   ByteWriter writer(ByteOrder::big);
@@ -331,6 +261,46 @@ TEST(ForeignFiles, IndirectValuesTellTheirOwnOrder) {
   ASSERT_EQ(get_indirect(*object, pid::TaggedValue_Value, read), AAFRESULT_SUCCESS);
   EXPECT_EQ(read.type, row_of(TypeIndex::Int32).identifier);
   EXPECT_EQ(Bytes(read.bytes.begin(), read.bytes.end()), bytes_of({2, 1, 0, 0}));
+}
+
+// A reference to something in a damaged set can stand in a file a million times.
+TEST(ForeignFiles, DamageIsLookedAtOnce) {
+  HandMadeFile made;
+  const StorageId header = made.put_top();
+  made.put_properties(header, ByteOrder::little,
+                      {{0x3b06, StoredForm::strong_vector, stored_text(u"Identifi-ionList-3b06")}});
+  made.put(header, u"Identifi-ionList-3b06 index", Bytes(20000, std::byte{0xff}));
+  std::shared_ptr<CountingStorage> storage;
+  const auto file = made.open_counted(storage);
+  ASSERT_NE(file, nullptr);
+  StoredObject* top = nullptr;
+  StoredObject* element = nullptr;
+  ASSERT_EQ(file->header(top), AAFRESULT_SUCCESS);
+  EXPECT_EQ(top->element_at(0x3b06, 0, element), AAFRESULT_BADCONTAINER);
+  const std::size_t reads = storage->reads;
+  EXPECT_GT(reads, 0U);
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(top->element_at(0x3b06, 0, element), AAFRESULT_BADCONTAINER);
+  EXPECT_EQ(storage->reads, reads);
+}
+
+TEST(ForeignFiles, DamagedPropertiesAreLookedAtOnce) {
+  HandMadeFile made;
+  const StorageId header = made.put_top();
+  made.put_properties(header, ByteOrder::little,
+                      {{0x3b03, StoredForm::strong_reference, stored_text(u"Content-3b03")}});
+  made.put(made.add(header, u"Content-3b03", AUID_AAFContentStorage), u"properties",
+           Bytes(20000, std::byte{0xff}));
+  std::shared_ptr<CountingStorage> storage;
+  const auto file = made.open_counted(storage);
+  ASSERT_NE(file, nullptr);
+  StoredObject* content = nullptr;
+  ASSERT_EQ(file->content(content), AAFRESULT_SUCCESS);
+  EXPECT_EQ(content->load(), AAFRESULT_BADCONTAINER);
+  const std::size_t reads = storage->reads;
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(content->load(), AAFRESULT_BADCONTAINER);
+  EXPECT_EQ(storage->reads, reads);
 }
 
 }  // namespace

@@ -324,7 +324,7 @@ TEST(AafFile, TheLibraryTellsOfItself) {
   ASSERT_EQ(AAFGetLibraryPathNameBufLen(&size), 0);
   std::vector<wchar_t> path(size / sizeof(wchar_t));
   ASSERT_EQ(AAFGetLibraryPathName(path.data(), size), 0);
-  EXPECT_NE(std::wstring(path.data()).find(L"libAAFCOAPI.so"), std::wstring::npos);
+  EXPECT_NE(std::wstring(path.data()).find(L"aafobj_objects_test"), std::wstring::npos);
   ASSERT_EQ(AAFResultToTextBufLen(AAFRESULT_NO_MORE_OBJECTS, &size), 0);
   std::vector<wchar_t> text(size / sizeof(wchar_t));
   ASSERT_EQ(AAFResultToText(AAFRESULT_NO_MORE_OBJECTS, text.data(), size), 0);

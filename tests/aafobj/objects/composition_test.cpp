@@ -448,4 +448,49 @@ TEST(Composition, MobsAreFoundByManyCriteria) {
   EXPECT_EQ(composition->SetMobID(other), AAFRESULT_DUPLICATE_MOBID);
 }
 
+Held<IAAFOperationDef> registered_operation(File& file, aafUInt32 number) {
+  auto operation = CLIENT_CREATE(file.dictionary, OperationDef);
+  EXPECT_EQ(operation->Initialize({number, 0, 0, {}}, L"operation", L""), 0);
+  EXPECT_EQ(file.dictionary->RegisterOperationDef(operation), 0);
+  return operation;
+}
+
+// Each by the first word of its identifier.
+std::vector<aafUInt32> degrade_to(IAAFOperationDef* operation) {
+  std::vector<aafUInt32> numbers;
+  Held<IEnumAAFOperationDefs> all;
+  Held<IAAFOperationDef> each;
+  EXPECT_EQ(operation->GetDegradeToOperations(all.put()), 0);
+  while (all->NextOne(each.put()) == 0) {
+    aafUID_t id{};
+    EXPECT_EQ(CLIENT_AS(IAAFDefObject, each)->GetAUID(&id), 0);
+    numbers.push_back(id.Data1);
+  }
+  return numbers;
+}
+
+TEST(Composition, OperationsHaveOthersToFallBackOn) {
+  File file = client::transient_file();
+  auto operation = registered_operation(file, 9);
+  std::vector<Held<IAAFOperationDef>> others;
+  for (aafUInt32 i = 0; i < 4; ++i)
+    others.push_back(registered_operation(file, i));
+  using Numbers = std::vector<aafUInt32>;
+  EXPECT_EQ(operation->AppendDegradeToOperation(others[2]), 0);
+  EXPECT_EQ(operation->PrependDegradeToOperation(others[0]), 0);
+  EXPECT_EQ(operation->InsertDegradeToOperationAt(1, others[1]), 0);
+  EXPECT_EQ(operation->InsertDegradeToOperationAt(3, others[3]), 0);
+  EXPECT_EQ(degrade_to(operation), (Numbers{0, 1, 2, 3}));
+  EXPECT_EQ(operation->InsertDegradeToOperationAt(5, operation), AAFRESULT_BADINDEX);
+  EXPECT_EQ(operation->PrependDegradeToOperation(others[3]), AAFRESULT_OBJECT_ALREADY_ATTACHED);
+  EXPECT_EQ(operation->PrependDegradeToOperation(nullptr), AAFRESULT_NULL_PARAM);
+  EXPECT_EQ(operation->RemoveDegradeToOperationAt(4), AAFRESULT_BADINDEX);
+  EXPECT_EQ(operation->RemoveDegradeToOperationAt(1), 0);
+  EXPECT_EQ(degrade_to(operation), (Numbers{0, 2, 3}));
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(operation->RemoveDegradeToOperationAt(0), 0);
+  EXPECT_EQ(degrade_to(operation), Numbers{});
+  EXPECT_EQ(operation->RemoveDegradeToOperationAt(0), AAFRESULT_BADINDEX);
+}
+
 }  // namespace

@@ -275,4 +275,92 @@ TEST(Essence, LengthsOfClipsAreInEditUnits) {
   EXPECT_EQ(length, 2);  // 4800 of 48000 in a second are 2.5 of 25
 }
 
+// The slot with this identifier, and the clip that it holds.
+struct TakenSlot {
+  TakenSlot(IAAFMob* mob, aafSlotID_t id) {
+    Held<IAAFSegment> segment;
+    EXPECT_EQ(mob->LookupSlot(id, slot.put()), 0);
+    if (!slot.get()) return;
+    EXPECT_EQ(slot->GetSegment(segment.put()), 0);
+    clip = CLIENT_AS(IAAFSourceClip, segment);
+    EXPECT_EQ(clip->GetSourceReference(&reference), 0);
+    auto timeline = CLIENT_AS(IAAFTimelineMobSlot, slot);
+    EXPECT_EQ(timeline->GetEditRate(&rate), 0);
+    EXPECT_EQ(timeline->GetOrigin(&origin), 0);
+  }
+  Held<IAAFMobSlot> slot;
+  Held<IAAFSourceClip> clip;
+  aafSourceRef_t reference{};
+  aafRational_t rate{};
+  aafPosition_t origin = 99;
+};
+
+// Mobs, slots and definitions as the published library makes them.
+TEST(Essence, ObjectsAreThoseOfThePublishedLibrary) {
+  File file = client::transient_file();
+  auto mob = client::create<IAAFMob>(file.dictionary, AUID_AAFMasterMob, IID_IAAFMob);
+  ASSERT_EQ(file.header->AddMob(mob), 0);
+  auto sound = client::data_def(file.dictionary, kAAFDataDef_Sound);
+  Held<IAAFEssenceAccess> access;
+  ASSERT_EQ(
+      CLIENT_AS(IAAFMasterMob, mob)
+          ->CreateEssence(7, sound, kAAFCodecDef_AIFC, {25, 1}, {48000, 1}, kAAFCompressionDisable,
+                          nullptr, kAAFContainerDef_AAF, access.put()),
+      0);
+  const auto files = client::mobs_of(file.header, kAAFFileMob);
+  ASSERT_EQ(files.size(), 1U);
+  aafUInt32 size = 0;
+  EXPECT_EQ(files[0]->GetNameBufLen(&size), AAFRESULT_PROP_NOT_PRESENT);
+  aafMobID_t file_id{};
+  EXPECT_EQ(files[0]->GetMobID(&file_id), 0);
+
+  const TakenSlot below(files[0], 1);
+  ASSERT_NE(below.slot.get(), nullptr);
+  EXPECT_EQ(client::name_of(below.slot.get()), L"Test");
+  aafUInt32 number = 0;
+  EXPECT_EQ(below.slot->GetPhysicalNum(&number), 0);
+  EXPECT_EQ(number, 1U);
+  EXPECT_EQ(below.rate.numerator, 25);
+  EXPECT_EQ(below.origin, 0);
+  EXPECT_TRUE(client::same(below.reference.sourceID, aafMobID_t{}));
+
+  const TakenSlot above(mob, 7);
+  ASSERT_NE(above.slot.get(), nullptr);
+  EXPECT_EQ(client::name_of(above.slot.get()), L"A Slot");
+  EXPECT_EQ(above.rate.numerator, 25);
+  EXPECT_EQ(above.origin, 0);
+  EXPECT_TRUE(client::same(above.reference.sourceID, file_id));
+  EXPECT_EQ(above.reference.sourceSlotID, 1U);
+  EXPECT_EQ(above.reference.startTime, 0);
+
+  Held<IAAFCodecDef> codec;
+  ASSERT_EQ(file.dictionary->LookupCodecDef(kAAFCodecDef_AIFC, codec.put()), 0);
+  auto definition = CLIENT_AS(IAAFDefObject, codec);
+  EXPECT_EQ(client::name_of(definition.get()), L"AIFC Codec");
+  wchar_t words[100];
+  EXPECT_EQ(definition->GetDescription(words, sizeof(words)), 0);
+  EXPECT_STREQ(words, L"Handles RIFF AIFC data.");
+  aafUInt32 kinds = 0;
+  EXPECT_EQ(codec->CountEssenceKinds(&kinds), 0);
+  EXPECT_EQ(kinds, 2U);
+  for (const aafUID_t& id : {kAAFDataDef_Sound, kAAFDataDef_LegacySound}) {
+    auto kind = client::data_def(file.dictionary, id);
+    aafBoolean_t is_supported = kAAFFalse;
+    EXPECT_EQ(codec->IsEssenceKindSupported(kind, &is_supported), 0);
+    EXPECT_EQ(is_supported, kAAFTrue);
+  }
+  Held<IAAFClassDef> cls;
+  aafUID_t class_id{};
+  ASSERT_EQ(codec->GetFileDescriptorClass(cls.put()), 0);
+  EXPECT_EQ(CLIENT_AS(IAAFMetaDefinition, cls)->GetAUID(&class_id), 0);
+  EXPECT_TRUE(client::same(class_id, AUID_AAFAIFCDescriptor));
+  Held<IAAFContainerDef> container;
+  aafBoolean_t is_identified = kAAFFalse;
+  ASSERT_EQ(file.dictionary->LookupContainerDef(kAAFContainerDef_AAF, container.put()), 0);
+  EXPECT_EQ(container->EssenceIsIdentified(&is_identified), 0);
+  EXPECT_EQ(is_identified, kAAFTrue);
+  EXPECT_EQ(CLIENT_AS(IAAFDefObject, container)->GetDescription(words, sizeof(words)), 0);
+  EXPECT_STREQ(words, L"Essence is in an AAF file.");
+}
+
 }  // namespace

@@ -292,4 +292,98 @@ TEST(Properties, DataDefinitionsOfBothGenerationsCount) {
   }
 }
 
+// A type of the published model by the first words of its identifier.
+template <typename Interface>
+Held<Interface> model_type(File& file, aafUInt32 first, aafUInt16 second, REFIID iid) {
+  Held<IAAFTypeDef> found;
+  EXPECT_EQ(file.dictionary->LookupTypeDef(
+                {first, second, 0, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x04, 0x01, 0x01}}, found.put()),
+            0);
+  return client::as<Interface>(found, iid);
+}
+
+template <typename Number>
+Held<IAAFPropertyValue> number_value(IAAFTypeDefInt* type, Number number) {
+  Held<IAAFPropertyValue> value;
+  EXPECT_EQ(type->CreateValue(memory(&number), sizeof(number), value.put()), 0);
+  return value;
+}
+
+TEST(Properties, RecordsAreMadeOfTheirMembers) {
+  File file = client::transient_file();
+  auto rational = model_type<IAAFTypeDefRecord>(file, 0x03010100, 0, IID_IAAFTypeDefRecord);
+  auto int32 = model_type<IAAFTypeDefInt>(file, 0x01010700, 0, IID_IAAFTypeDefInt);
+  auto int64 = model_type<IAAFTypeDefInt>(file, 0x01010800, 0, IID_IAAFTypeDefInt);
+  auto numerator = number_value(int32.get(), aafInt32{30000});
+  auto denominator = number_value(int32.get(), aafInt32{1001});
+  IAAFPropertyValue* members[] = {numerator, denominator};
+  Held<IAAFPropertyValue> value;
+  EXPECT_EQ(rational->CreateValueFromValues(members, 1, value.put()), AAFRESULT_INVALID_PARAM);
+  ASSERT_EQ(rational->CreateValueFromValues(members, 2, value.put()), 0);
+  aafRational_t read{};
+  EXPECT_EQ(rational->GetStruct(value, memory(&read), sizeof(read)), 0);
+  EXPECT_EQ(read.numerator, 30000);
+  EXPECT_EQ(read.denominator, 1001);
+  auto other = number_value(int32.get(), aafInt32{1000});
+  EXPECT_EQ(rational->SetValue(value, 1, other), 0);
+  EXPECT_EQ(rational->SetValue(value, 2, other), AAFRESULT_BADINDEX);
+  EXPECT_EQ(rational->SetValue(value, 1, number_value(int64.get(), aafInt64{1})),
+            AAFRESULT_BAD_TYPE);
+  EXPECT_EQ(rational->SetValue(value, 1, nullptr), AAFRESULT_NULL_PARAM);
+  EXPECT_EQ(rational->GetStruct(value, memory(&read), sizeof(read)), 0);
+  EXPECT_EQ(read.numerator, 30000);
+  EXPECT_EQ(read.denominator, 1000);
+}
+
+TEST(Properties, ArraysAreMadeOfTheirElements) {
+  File file = client::transient_file();
+  auto array =
+      model_type<IAAFTypeDefVariableArray>(file, 0x04010300, 0, IID_IAAFTypeDefVariableArray);
+  auto int32 = model_type<IAAFTypeDefInt>(file, 0x01010700, 0, IID_IAAFTypeDefInt);
+  auto one = number_value(int32.get(), aafInt32{1});
+  auto two = number_value(int32.get(), aafInt32{-2});
+  IAAFPropertyValue* elements[] = {one, two, one};
+  Held<IAAFPropertyValue> value;
+  ASSERT_EQ(array->CreateValueFromValues(elements, 3, value.put()), 0);
+  EXPECT_EQ(array->SetElementValue(value, 2, two), 0);
+  EXPECT_EQ(array->SetElementValue(value, 3, two), AAFRESULT_BADINDEX);
+  EXPECT_EQ(array->AppendElement(value, one), 0);
+  aafInt32 read[4] = {};
+  EXPECT_EQ(array->GetCArray(value, memory(read), sizeof(read)), 0);
+  EXPECT_EQ(read[0], 1);
+  EXPECT_EQ(read[1], -2);
+  EXPECT_EQ(read[2], -2);
+  EXPECT_EQ(read[3], 1);
+  ASSERT_EQ(array->CreateValueFromValues(elements, 0, value.put()), 0);
+  aafUInt32 count = 99;
+  EXPECT_EQ(array->GetCount(value, &count), 0);
+  EXPECT_EQ(count, 0U);
+
+  auto fixed = model_type<IAAFTypeDefFixedArray>(file, 0x04010800, 0, IID_IAAFTypeDefFixedArray);
+  auto uint8 = model_type<IAAFTypeDefInt>(file, 0x01010100, 0, IID_IAAFTypeDefInt);
+  auto byte = number_value(uint8.get(), aafUInt8{7});
+  IAAFPropertyValue* bytes[] = {byte, byte, byte, byte, byte, byte, byte, byte};
+  EXPECT_EQ(fixed->CreateValueFromValues(bytes, 7, value.put()), AAFRESULT_INVALID_PARAM);
+  ASSERT_EQ(fixed->CreateValueFromValues(bytes, 8, value.put()), 0);
+  EXPECT_EQ(fixed->SetElementValue(value, 0, number_value(uint8.get(), aafUInt8{9})), 0);
+  EXPECT_EQ(fixed->SetElementValue(value, 8, byte), AAFRESULT_BADINDEX);
+  aafUInt8 back[8] = {};
+  EXPECT_EQ(fixed->GetCArray(value, back, sizeof(back)), 0);
+  EXPECT_EQ(back[0], 9);
+  EXPECT_EQ(back[7], 7);
+}
+
+TEST(Properties, CharactersAreValuesToo) {
+  File file = client::transient_file();
+  auto type = model_type<IAAFTypeDefCharacter>(file, 0x01100100, 0, IID_IAAFTypeDefCharacter);
+  Held<IAAFPropertyValue> value;
+  aafCharacter read = 0;
+  ASSERT_EQ(type->CreateValueFromCharacter(L'ü', value.put()), 0);
+  EXPECT_EQ(type->GetCharacter(value, &read), 0);
+  EXPECT_EQ(read, L'ü');
+  EXPECT_EQ(type->SetCharacter(value, L'x'), 0);
+  EXPECT_EQ(type->GetCharacter(value, &read), 0);
+  EXPECT_EQ(read, L'x');
+}
+
 }  // namespace
