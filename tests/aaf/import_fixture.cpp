@@ -16,6 +16,16 @@ std::ostream& operator<<(std::ostream& out, const Chunk& chunk) {
   return out;
 }
 
+namespace {
+
+// Ends that lie beyond all numbers wrap.
+std::int64_t span(std::int64_t in, std::int64_t out) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(out) -
+                                   static_cast<std::uint64_t>(in));
+}
+
+}  // namespace
+
 AafImportTest::AafImportTest() : audio_folder(host.places.add(folder.folder("imp"))) {
   host.libraries.redirected["libAAFCOAPI.so"] = EDL_AAF_LIBRARY;
   host.browser.report_folder = folder.path();
@@ -73,11 +83,11 @@ std::vector<CGenericEdlEntry*> AafImportTest::entries() const {
 std::vector<Edit> AafImportTest::edits() const {
   std::vector<Edit> found;
   for (const CGenericEdlEntry* const entry : entries()) {
-    EXPECT_EQ(entry->source_out - entry->source_in, entry->dest_out - entry->dest_in);
+    EXPECT_EQ(span(entry->source_in, entry->source_out), span(entry->dest_in, entry->dest_out));
     EXPECT_EQ(entry->no_streams, 1);
     found.push_back({.stream = entry->get_stream(0),
                      .in = entry->dest_in,
-                     .length = entry->dest_out - entry->dest_in,
+                     .length = span(entry->dest_in, entry->dest_out),
                      .source = entry->source_in,
                      .fade_in = entry->fade_in_length,
                      .fade_out = entry->fade_out_length});
