@@ -1,7 +1,7 @@
 #include "aaf/aaf_comp_mob.h"
 
 #include "aaf/aaf_edl_file.h"
-#include "aaf/import_numbers.h"
+#include "aaf/aaf_numbers.h"
 
 namespace {
 

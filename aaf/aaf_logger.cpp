@@ -73,12 +73,7 @@ std::u16string clock_text(const std::tm& time) {
 
 // One write: two bytes a character, the lower one first, and no mark in front.
 void write(CFile& file, std::u16string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size() * 2);
-  for (const wide_char c : text) {
-    bytes.push_back(static_cast<char>(c & 0xFFU));
-    bytes.push_back(static_cast<char>(c >> 8U));
-  }
+  const std::string bytes = bytes_of_units(text);
   file.Write(bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 

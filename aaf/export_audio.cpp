@@ -1,6 +1,5 @@
 #include "aaf/export_audio.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -48,16 +47,14 @@ std::string aside_name(const std::string& path) {
 ExternalAudio::ExternalAudio(std::u16string_view folder) : m_folder(folder) {}
 
 ExternalAudio::~ExternalAudio() {
-  for (const std::u16string& name : m_written)
+  for (const auto& [folded, name] : m_written)
     remove(path_of(name));
   for (const Replaced& file : m_replaced)
     rename(file.aside, file.path);
 }
 
 bool ExternalAudio::has_written(std::u16string_view name) const {
-  return std::any_of(m_written.begin(), m_written.end(), [name](const std::u16string& written) {
-    return equal_no_case(written, name);
-  });
+  return m_written.contains(folded_case(name));
 }
 
 bool ExternalAudio::exists(std::u16string_view name) const {
@@ -65,7 +62,7 @@ bool ExternalAudio::exists(std::u16string_view name) const {
 }
 
 void ExternalAudio::note_written(std::u16string_view name) {
-  m_written.emplace_back(name);
+  m_written.try_emplace(folded_case(name), name);
   host().application().note_audio_file(text_from_utf8(path_of(name)).c_str(), u"");
 }
 

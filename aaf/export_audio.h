@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace aaf {
@@ -42,7 +43,8 @@ class ExternalAudio {
   [[nodiscard]] std::string path_of(std::u16string_view name) const;
 
   std::u16string m_folder;
-  std::vector<std::u16string> m_written;
+  // By the name in lower case.
+  std::unordered_map<std::u16string, std::u16string> m_written;
   std::vector<Replaced> m_replaced;
 };
 

@@ -4,11 +4,12 @@
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_ids.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/aaf_rates.h"
 #include "aaf/aaf_text.h"
 #include "aaf/export_marks.h"
 #include "aaf/export_track.h"
-#include "aaf/import_numbers.h"
+#include "aaf/file_facts.h"
 #include "aaf/source_paths.h"
 #include "aafobj/api/aaf_well_known_ids.h"
 #include "host/application.h"
@@ -20,8 +21,6 @@ namespace aaf {
 
 namespace {
 
-constexpr aafUID_t usage_code_property = {
-    0x05010108, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
 constexpr aafFadeType_t default_fade_type = 1;
 constexpr aafSlotID_t timecode_slot = 1;
 constexpr aafSlotID_t first_audio_slot = 2;

@@ -10,6 +10,7 @@
 #include "aaf/export_identification.h"
 #include "aaf/export_output.h"
 #include "aaf/export_url.h"
+#include "aaf/file_facts.h"
 #include "aafobj/api/aaf_class_ids.h"
 #include "aafobj/api/aaf_result_codes.h"
 #include "host/framework/file.h"
@@ -22,11 +23,6 @@ namespace {
 
 constexpr std::u16string_view aaf_extension = u".aaf";
 constexpr std::u16string_view replaced_extension = u".edl";
-
-constexpr aafUID_t operational_pattern_property = {
-    0x01020203, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05}};
-constexpr aafUID_t edit_protocol = {
-    0x0d011201, 0x0100, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x05}};
 
 struct Reason {
   int os_error;
@@ -76,13 +72,6 @@ void tell_why_not_created(const CString& path) {
   std::u16string text = host().strings().load(string_id::aaf_cannot_create);
   text += reason_of(static_cast<int>(failure.m_lOsError));
   host().message_boxes().message(text.c_str(), BoxIcon::warning, BoxButtons::ok);
-}
-
-std::uint64_t packed(const aafTimeStamp_t& stamp) {
-  return std::uint64_t{static_cast<std::uint16_t>(stamp.date.year)} |
-         std::uint64_t{stamp.date.month} << 16 | std::uint64_t{stamp.date.day} << 24 |
-         std::uint64_t{stamp.time.hour} << 32 | std::uint64_t{stamp.time.minute} << 40 |
-         std::uint64_t{stamp.time.second} << 48;
 }
 
 }  // namespace
@@ -175,11 +164,11 @@ bool CAAFEdlFile::store_operational_pattern(IAAFHeader* header) const {
   const AafRef<IAAFObject> object = AAF_QUERY(IAAFObject, header);
   if (!object || header->GetDictionary(dictionary.put()) != 0) return false;
   if (dictionary->LookupClassDef(AUID_AAFHeader, cls.put()) != 0) return false;
-  if (cls->LookupPropertyDef(operational_pattern_property, property.put()) != 0) return false;
+  if (cls->LookupPropertyDef(aaf::operational_pattern_property, property.put()) != 0) return false;
   if (property->GetTypeDef(type.put()) != 0) return false;
   const AafRef<IAAFTypeDefRecord> record = AAF_QUERY(IAAFTypeDefRecord, type.get());
   if (!record) return false;
-  aafUID_t pattern = edit_protocol;
+  aafUID_t pattern = aaf::edit_protocol_pattern;
   if (record->CreateValueFromStruct(reinterpret_cast<aafMemPtr_t>(&pattern), sizeof pattern,
                                     value.put()) != 0)
     return false;
@@ -187,21 +176,9 @@ bool CAAFEdlFile::store_operational_pattern(IAAFHeader* header) const {
 }
 
 void CAAFEdlFile::read_back_identification(IAAFHeader* header) {
-  aafTimeStamp_t modified{};
-  aafVersionType_t revision{};
-  AafRef<IAAFIdentification> last;
-  if (header->GetLastModified(&modified) == 0) m_logger->set_modification_time(packed(modified));
-  if (header->GetFileRevision(&revision) == 0) {
-    m_logger->aaf_major = static_cast<std::uint8_t>(revision.major);
-    m_logger->aaf_minor = static_cast<std::uint8_t>(revision.minor);
-  }
+  aaf::report_file(*header, *m_logger);
   m_logger->edit_protocol = 1;
+  AafRef<IAAFIdentification> last;
   if (header->GetLastIdentification(last.put()) != 0) return;
-  aafTimeStamp_t created{};
-  aafProductVersion_t toolkit{};
-  if (last->GetDate(&created) == 0) m_logger->set_creation_time(packed(created));
-  if (last->GetRefImplVersion(&toolkit) == 0) {
-    m_logger->set_implementation_version(toolkit.major, toolkit.minor, toolkit.tertiary,
-                                         toolkit.patchLevel);
-  }
+  aaf::report_identification(*last.get(), *m_logger);
 }

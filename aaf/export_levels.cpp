@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "aaf/aaf_numbers.h"
 #include "aaf/gain_table.h"
-#include "aaf/import_numbers.h"
 #include "host/application.h"
 #include "host/host.h"
 #include "native/generic_edl_file_chunks.h"

@@ -1,5 +1,6 @@
 #include "aaf/export_marks.h"
 
+#include "aaf/file_facts.h"
 #include "native/generic_edl_file_chunks.h"
 #include "native/record_transfer.h"
 
@@ -7,10 +8,6 @@ namespace aaf {
 
 namespace {
 
-constexpr aafUID_t mark_in = {
-    0x07020103, 0x010c, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
-constexpr aafUID_t mark_out = {
-    0x07020103, 0x0203, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
 constexpr aafUID_t user_position = {
     0x07020103, 0x010d, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
 constexpr aafUID_t int64_type = {
@@ -43,8 +40,8 @@ void ExportMarks::write_marks(IUnknown* slot) {
   if (!m_range) return;
   const AafRef<IAAFObject> object = AAF_QUERY(IAAFObject, slot);
   if (!object) return;
-  write_mark(object.get(), mark_in, m_range->left);
-  write_mark(object.get(), mark_out, m_range->right);
+  write_mark(object.get(), mark_in_property, m_range->left);
+  write_mark(object.get(), mark_out_property, m_range->right);
   write_mark(object.get(), user_position, m_position);
 }
 

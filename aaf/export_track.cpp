@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "aaf/import_numbers.h"
+#include "aaf/aaf_numbers.h"
 #include "host/corrections.h"
 
 namespace aaf {

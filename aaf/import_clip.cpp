@@ -6,10 +6,10 @@
 
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_edl_file.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/aaf_text.h"
 #include "aaf/import_essence.h"
 #include "aaf/import_index.h"
-#include "aaf/import_numbers.h"
 #include "aaf/source_paths.h"
 #include "host/code_page.h"
 #include "host/corrections.h"

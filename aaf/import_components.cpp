@@ -4,9 +4,9 @@
 
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_edl_file.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/import_fades.h"
 #include "aaf/import_index.h"
-#include "aaf/import_numbers.h"
 #include "host/corrections.h"
 #include "native/generic_edl_file_chunks.h"
 

@@ -5,9 +5,10 @@
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_ids.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/aaf_rates.h"
+#include "aaf/file_facts.h"
 #include "aaf/import_index.h"
-#include "aaf/import_numbers.h"
 #include "aafobj/api/aaf_class_ids.h"
 #include "aafobj/api/aaf_well_known_ids.h"
 #include "core/generic_edl_entry.h"
@@ -20,11 +21,6 @@
 #include "native/record_transfer.h"
 
 namespace {
-
-constexpr aafUID_t mark_in = {
-    0x07020103, 0x010c, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
-constexpr aafUID_t mark_out = {
-    0x07020103, 0x0203, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
 
 // Neither is told of a slot whose definition does not answer.
 struct SlotKind {
@@ -252,8 +248,8 @@ void CAAFCompMob::read_slot_marks(IAAFMobSlot* slot, IAAFDictionary* dictionary)
       dictionary->LookupClassDef(AUID_AAFTimelineMobSlot, definition.put()) != 0) {
     return;
   }
-  read_mark(object.get(), definition.get(), mark_in);
-  read_mark(object.get(), definition.get(), mark_out);
+  read_mark(object.get(), definition.get(), aaf::mark_in_property);
+  read_mark(object.get(), definition.get(), aaf::mark_out_property);
 }
 
 // A mark that cannot be read leaves the search open for the next slot.
@@ -279,7 +275,7 @@ void CAAFCompMob::add_mark_locator(std::int64_t value, const aafUID_t& property)
   auto* const locator = new CGenericEDLFileLocatorEntry;
   group.m_locators.AddTail(locator);
   locator->m_time = value;
-  locator->set_name(uids_match(property, mark_in) ? native::left_locator_name
-                                                  : native::right_locator_name);
+  locator->set_name(uids_match(property, aaf::mark_in_property) ? native::left_locator_name
+                                                                : native::right_locator_name);
   ++group.m_count;
 }

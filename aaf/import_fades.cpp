@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "aaf/aaf_ids.h"
-#include "aaf/import_numbers.h"
+#include "aaf/aaf_numbers.h"
 #include "aafobj/api/aaf_well_known_ids.h"
 #include "host/application.h"
 #include "host/host.h"
@@ -33,8 +33,8 @@ bool read_value(Valued* from, aafRational_t& value) {
   return value.denominator != 0;
 }
 
-std::vector<LevelPoint> read_level_points(IAAFOperationGroup* group, const aafUID_t& id) {
-  std::vector<LevelPoint> points;
+std::vector<CAAFPoint> read_level_points(IAAFOperationGroup* group, const aafUID_t& id) {
+  std::vector<CAAFPoint> points;
   AafRef<IAAFParameter> parameter;
   if (group->LookupParameter(id, parameter.put()) != 0) return points;
   const auto varying = AAF_QUERY(IAAFVaryingValue, parameter.get());
@@ -42,7 +42,7 @@ std::vector<LevelPoint> read_level_points(IAAFOperationGroup* group, const aafUI
   if (!varying || varying->GetControlPoints(all.put()) != 0) return points;
   AafRef<IAAFControlPoint> next;
   for (std::size_t i = 0; i < most_points && all->NextOne(next.put()) == 0; ++i) {
-    LevelPoint point{};
+    CAAFPoint point;
     if (read_point(next.get(), point)) points.push_back(point);
   }
   return points;
@@ -52,8 +52,8 @@ float single(const aafRational_t& value) {
   return static_cast<float>(value.numerator) / static_cast<float>(value.denominator);
 }
 
-std::int64_t place(std::int64_t length, const LevelPoint& point) {
-  const float product = static_cast<float>(length) * single(point.time);
+std::int64_t place(std::int64_t length, const CAAFPoint& point) {
+  const float product = static_cast<float>(length) * single(point.m_time);
   return truncated(static_cast<double>(product));
 }
 
@@ -64,13 +64,13 @@ struct Ramp {
   std::int64_t end;
 };
 
-Ramp find_ramp(std::int64_t length, const std::vector<LevelPoint>& points) {
-  Ramp ramp{points.front().value.numerator == 0, 0, length};
+Ramp find_ramp(std::int64_t length, const std::vector<CAAFPoint>& points) {
+  Ramp ramp{points.front().m_value.numerator == 0, 0, length};
   const float from = ramp.rises ? 0.0F : 1.0F;
   const float to = ramp.rises ? 1.0F : 0.0F;
   bool end_seen = false;
-  for (const LevelPoint& point : points) {
-    const float level = single(point.value);
+  for (const CAAFPoint& point : points) {
+    const float level = single(point.m_value);
     const std::int64_t at = std::clamp<std::int64_t>(place(length, point), 0, length);
     if (level == from) {
       ramp.start = at;
@@ -88,18 +88,18 @@ struct CurvePoint {
   std::int32_t level;
 };
 
-std::vector<CurvePoint> points_on_ramp(std::int64_t length, const std::vector<LevelPoint>& points,
+std::vector<CurvePoint> points_on_ramp(std::int64_t length, const std::vector<CAAFPoint>& points,
                                        const Ramp& ramp) {
   constexpr float last_index = 127.0F;
   constexpr float full_level = 16384.0F;
   std::vector<CurvePoint> steps;
   const auto width = static_cast<float>(ramp.end - ramp.start);
-  for (const LevelPoint& point : points) {
+  for (const CAAFPoint& point : points) {
     const std::int64_t at = place(length, point);
     if (at < ramp.start || at > ramp.end) continue;
     const std::int64_t behind = ramp.rises ? ramp.end - at : at - ramp.start;
     const float index = static_cast<float>(behind) / width * last_index;
-    const std::int64_t level = truncated(static_cast<double>(single(point.value) * full_level));
+    const std::int64_t level = truncated(static_cast<double>(single(point.m_value) * full_level));
     steps.push_back(
         {static_cast<std::size_t>(std::clamp(truncated(static_cast<double>(index)), std::int64_t{0},
                                              std::int64_t{fade_curve_levels - 1})),
@@ -129,9 +129,9 @@ std::uint16_t nearest_curve(const std::vector<CurvePoint>& steps) {
 
 }  // namespace
 
-bool read_point(IAAFControlPoint* from, LevelPoint& point) {
-  return from->GetTime(&point.time) == 0 && point.time.denominator != 0 &&
-         read_value(from, point.value);
+bool read_point(IAAFControlPoint* from, CAAFPoint& point) {
+  return from->GetTime(&point.m_time) == 0 && point.m_time.denominator != 0 &&
+         read_value(from, point.m_value);
 }
 
 bool read_ratio(IAAFConstantValue* from, aafRational_t& ratio) {
@@ -157,7 +157,7 @@ DissolveLevels read_dissolve_curves(IAAFTransition* transition) {
   return {};
 }
 
-FadeShape analyse_fade_curve(std::int64_t length, const std::vector<LevelPoint>& points) {
+FadeShape analyse_fade_curve(std::int64_t length, const std::vector<CAAFPoint>& points) {
   if (points.empty()) return {};
   const Ramp ramp = find_ramp(length, points);
   FadeShape shape;

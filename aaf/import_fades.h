@@ -5,27 +5,21 @@
 #include <cstdint>
 #include <vector>
 
-#include "aaf/aaf_ref.h"
+#include "aaf/aaf_comp_mob.h"
 
 namespace aaf {
 
-// A point of a curve: its time as a share of the whole, and its value. Both
-// denominators are not 0.
-struct LevelPoint {
-  aafRational_t time;
-  aafRational_t value;
-};
-
-// False for a point that lacks one of them, or whose value is shorter than a fraction.
-[[nodiscard]] bool read_point(IAAFControlPoint* from, LevelPoint& point);
+// False for a point that lacks its time or value, whose denominator is 0, or whose value is shorter
+// than a fraction.
+[[nodiscard]] bool read_point(IAAFControlPoint* from, CAAFPoint& point);
 // False for a value that is shorter than a fraction, or a fraction of 0.
 [[nodiscard]] bool read_ratio(IAAFConstantValue* from, aafRational_t& ratio);
 
 // Levels of both sides of a transition; the list of a side without a curve is empty.
 // At most `most_points` of each are read.
 struct DissolveLevels {
-  std::vector<LevelPoint> outgoing;
-  std::vector<LevelPoint> incoming;
+  std::vector<CAAFPoint> outgoing;
+  std::vector<CAAFPoint> incoming;
 };
 [[nodiscard]] DissolveLevels read_dissolve_curves(IAAFTransition* transition);
 
@@ -40,6 +34,6 @@ struct FadeShape {
 // `length` is the transition's. A curve that begins at 0 rises, any other falls. Single
 // precision throughout, so an offset can come out one unit early.
 [[nodiscard]] FadeShape analyse_fade_curve(std::int64_t length,
-                                           const std::vector<LevelPoint>& points);
+                                           const std::vector<CAAFPoint>& points);
 
 }  // namespace aaf

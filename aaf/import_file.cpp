@@ -9,14 +9,16 @@
 #include "aaf/aaf_dll.h"
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_ids.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/aaf_rates.h"
 #include "aaf/aaf_text.h"
 #include "aaf/edl_selection_dialog.h"
+#include "aaf/file_facts.h"
 #include "aaf/import_index.h"
-#include "aaf/import_numbers.h"
 #include "aafobj/api/aaf_class_ids.h"
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
+#include "core/sample_math.h"
 #include "host/code_page.h"
 #include "host/corrections.h"
 #include "host/host.h"
@@ -28,24 +30,10 @@
 
 namespace {
 
-constexpr aafUID_t operational_pattern_property = {
-    0x01020203, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05}};
-constexpr aafUID_t edit_protocol_pattern = {
-    0x0d011201, 0x0100, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x05}};
-constexpr aafUID_t usage_code_property = {
-    0x05010108, 0x0000, 0x0000, {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x07}};
-
 // Characters, terminator included.
 constexpr std::size_t mob_name_room = 1204;
 // Bytes of a text of the identification; longer ones are damage.
 constexpr aafUInt32 most_text_bytes = 0x100000;
-
-std::uint64_t packed(const aafTimeStamp_t& at) {
-  return std::uint64_t{static_cast<std::uint16_t>(at.date.year)} |
-         std::uint64_t{at.date.month} << 16U | std::uint64_t{at.date.day} << 24U |
-         std::uint64_t{at.time.hour} << 32U | std::uint64_t{at.time.minute} << 40U |
-         std::uint64_t{at.time.second} << 48U;
-}
 
 // What the host's code page cannot hold is lost here.
 CString through_code_page(std::u16string_view text) {
@@ -63,10 +51,6 @@ void read_text(IAAFIdentification* from, Length length, Text text, CString& out)
   std::vector<aafCharacter> buffer(bytes / sizeof(aafCharacter) + 2);
   if ((from->*text)(buffer.data(), bytes) != 0) return;
   out = through_code_page(text_from_aaf(aaf_string_view(buffer.data())));
-}
-
-std::int64_t wrapped_product(std::int64_t a, std::int64_t b) {
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(b));
 }
 
 AafRef<IEnumAAFMobs> composition_mobs(IAAFHeader* header) {
@@ -132,13 +116,7 @@ bool CAAFEdlFile::read_open_file(IAAFFile& file) {
 
 // Each step by itself: what is missing stays empty in the report.
 void CAAFEdlFile::read_identification(IAAFHeader* header) {
-  aafTimeStamp_t modified{};
-  if (header->GetLastModified(&modified) == 0) m_logger->set_modification_time(packed(modified));
-  aafVersionType_t revision{};
-  if (header->GetFileRevision(&revision) == 0) {
-    m_logger->aaf_major = static_cast<std::uint8_t>(revision.major);
-    m_logger->aaf_minor = static_cast<std::uint8_t>(revision.minor);
-  }
+  aaf::report_file(*header, *m_logger);
   if (is_edit_protocol(header)) m_logger->edit_protocol = 1;
   AafRef<IAAFIdentification> last;
   if (header->GetLastIdentification(last.put()) != 0 || !last) return;
@@ -152,13 +130,7 @@ void CAAFEdlFile::read_identification(IAAFHeader* header) {
             m_logger->platform);
   const CString& product = m_logger->product_name;
   m_foreign_tool = product.Find(u"ProTools") >= 0 || product.Find(u"AAF Helper") >= 0 ? 1 : 0;
-  aafTimeStamp_t created{};
-  if (last->GetDate(&created) == 0) m_logger->set_creation_time(packed(created));
-  aafProductVersion_t version{};
-  if (last->GetRefImplVersion(&version) == 0) {
-    m_logger->set_implementation_version(version.major, version.minor, version.tertiary,
-                                         version.patchLevel);
-  }
+  aaf::report_identification(*last.get(), *m_logger);
 }
 
 bool CAAFEdlFile::is_edit_protocol(IAAFHeader* header) const {
@@ -169,7 +141,7 @@ bool CAAFEdlFile::is_edit_protocol(IAAFHeader* header) const {
   aafBoolean_t present = 0;
   if (!object || header->GetDictionary(dictionary.put()) != 0 ||
       dictionary->LookupClassDef(AUID_AAFHeader, definition.put()) != 0 ||
-      definition->LookupPropertyDef(operational_pattern_property, property.put()) != 0 ||
+      definition->LookupPropertyDef(aaf::operational_pattern_property, property.put()) != 0 ||
       object->IsPropertyPresent(property.get(), &present) != 0 || present != 1) {
     return false;
   }
@@ -184,7 +156,7 @@ bool CAAFEdlFile::is_edit_protocol(IAAFHeader* header) const {
   return record &&
          record->GetStruct(value.get(), reinterpret_cast<aafMemPtr_t>(&pattern), sizeof pattern) ==
              0 &&
-         uids_match(pattern, edit_protocol_pattern);
+         uids_match(pattern, aaf::edit_protocol_pattern);
 }
 
 // Compositions that are marked as top level; without any, those with time code; without
@@ -219,7 +191,7 @@ bool CAAFEdlFile::has_top_level_usage(IAAFDictionary* dictionary, IUnknown* sour
   aafBoolean_t present = 0;
   if (!object || dictionary == nullptr ||
       dictionary->LookupClassDef(AUID_AAFCompositionMob, definition.put()) != 0 ||
-      definition->LookupPropertyDef(usage_code_property, property.put()) != 0 ||
+      definition->LookupPropertyDef(aaf::usage_code_property, property.put()) != 0 ||
       object->IsPropertyPresent(property.get(), &present) != 0 || present == 0) {
     return false;
   }
@@ -306,7 +278,7 @@ void CAAFEdlFile::rescale_video_entries() {
     auto& entry = *static_cast<CGenericEdlVideoEntry*>(list->GetNext(at));
     for (std::int64_t* const time :
          {&entry.dest_in, &entry.dest_out, &entry.source_in, &entry.source_out}) {
-      *time = aaf::truncated(static_cast<double>(wrapped_product(*time, rate)) / frames_per_second);
+      *time = aaf::truncated(static_cast<double>(times(*time, rate)) / frames_per_second);
     }
     entry.detail_words[0] = static_cast<std::uint32_t>(rate);
   }

@@ -4,18 +4,12 @@
 #include <cstring>
 #include <iterator>
 
-#include "aaf/import_numbers.h"
+#include "aaf/aaf_numbers.h"
 #include "native/generic_edl_file_chunks.h"
 
 namespace aaf {
 
 namespace {
-
-std::u16string folded(std::u16string_view text) {
-  std::u16string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), fold_case);
-  return out;
-}
 
 CGenericEDLFileAutomationEntry& point_at(const CObList& points, POSITION place) {
   return *static_cast<CGenericEDLFileAutomationEntry*>(points.GetAt(place));
@@ -118,12 +112,12 @@ void ImportIndex::add_point(CObList& automation, std::uint16_t parameter, std::u
 }
 
 int ImportIndex::find_source(std::u16string_view path) const {
-  const auto found = sources_.find(folded(path));
+  const auto found = sources_.find(folded_case(path));
   return found == sources_.end() ? -1 : found->second;
 }
 
 void ImportIndex::add_source(std::u16string_view path, int index) {
-  sources_.try_emplace(folded(path), index);
+  sources_.try_emplace(folded_case(path), index);
 }
 
 }  // namespace aaf

@@ -4,10 +4,10 @@
 #include "aaf/aaf_comp_mob.h"
 #include "aaf/aaf_edl_file.h"
 #include "aaf/aaf_ids.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/gain_table.h"
 #include "aaf/import_fades.h"
 #include "aaf/import_index.h"
-#include "aaf/import_numbers.h"
 #include "aafobj/api/aaf_well_known_ids.h"
 #include "native/generic_edl_file_chunks.h"
 
@@ -88,15 +88,15 @@ void CAAFCompMob::add_points(IAAFVaryingValue* value, const Span& span, std::uin
   if (span.extent.visible <= 0 || value->GetControlPoints(points.put()) != 0) return;
   AafRef<IAAFControlPoint> next;
   while (points->NextOne(next.put()) == 0 && m_owner->import_index().visit()) {
-    aaf::LevelPoint point{};
+    CAAFPoint point;
     if (!aaf::read_point(next.get(), point)) continue;
     const std::int64_t at =
-        aaf::scaled(span.extent.length, point.time.numerator, point.time.denominator);
+        aaf::scaled(span.extent.length, point.m_time.numerator, point.m_time.denominator);
     const std::int64_t inside = aaf::difference(at, span.extent.offset);
     if (inside < 0 || inside > span.extent.visible) continue;
     add_automation_point(
         parameter, aaf::sum(aaf::scaled(inside, span.samples, span.extent.visible), span.start),
-        step_of(parameter, point.value));
+        step_of(parameter, point.m_value));
   }
 }
 

@@ -103,12 +103,7 @@ std::size_t ImportReport::line_at(std::uint32_t position) {
 
 // Two bytes a character, the lower one first, and no mark in front.
 void ImportReport::write(std::u16string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size() * 2);
-  for (const wide_char c : text) {
-    bytes.push_back(static_cast<char>(c & 0xFFU));
-    bytes.push_back(static_cast<char>(c >> 8U));
-  }
+  const std::string bytes = bytes_of_units(text);
   try {
     m_file.Write(bytes.data(), static_cast<unsigned>(bytes.size()));
   } catch (const CFileException&) {

@@ -1,31 +1,37 @@
 #include "cli/media_report.h"
 
-#include <iterator>
 #include <map>
+#include <unordered_map>
 
 #include "core/generic_edl_entry.h"
 #include "embedded/folders.h"
+#include "formats/source_names.h"
 
 namespace cli {
 
 namespace {
 
-std::string why_missing(const std::string& path, const embedded::MediaLibrary& media) {
+using Reasons = std::unordered_map<std::string, std::string>;
+
+Reasons reasons_of(const embedded::MediaLibrary& media) {
+  Reasons reasons;
+  for (const embedded::MediaLibrary::Missing& missing : media.missing())
+    reasons.try_emplace(missing.path, missing.reason);
+  return reasons;
+}
+
+std::string why_missing(const std::string& path, const Reasons& reasons) {
   if (path.find(embedded::inside_the_file) != std::string::npos)
     return "it lies in the file; --audio-folder names a folder to copy it to";
-  for (const embedded::MediaLibrary::Missing& missing : media.missing()) {
-    if (missing.path == path) return missing.reason;
-  }
-  return "not found";
+  const auto known = reasons.find(path);
+  return known == reasons.end() ? "not found" : known->second;
 }
 
 // A path made from the name of the clip stands for the reel as well: not every list that
 // names both names the file by its clip.
 CAudCnt* find_by_reel(const CGenericEdlEntry& entry, embedded::MediaLibrary& media) {
   const std::u16string by_clip = u"//" + std::u16string(field_text(entry.clip_name));
-  wide_char reel[std::size(decltype(CGenericEdlEntry::reel_name){})];
-  entry.get_reel_name(reel, static_cast<int>(std::size(reel)));
-  const std::u16string name(trimmed(field_text(reel)));
+  const std::u16string name = reel_name_of(entry);
   if (field_text(entry.file_path) != by_clip || name.empty()) return nullptr;
   return media.find(u"//" + name, entry.source_index);
 }
@@ -50,8 +56,9 @@ std::vector<MediaRow> find_media(const CGenericEdl& edl, embedded::MediaLibrary&
     else
       rows[place->second].found = rows[place->second].found && found;
   }
+  const Reasons reasons = reasons_of(media);
   for (MediaRow& row : rows) {
-    if (!row.found) row.reason = why_missing(row.path, media);
+    if (!row.found) row.reason = why_missing(row.path, reasons);
   }
   return rows;
 }

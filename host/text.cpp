@@ -41,6 +41,12 @@ void copy_text(wide_char* out, std::size_t size, const wide_char* text) {
   copy_text(out, size, std::u16string_view(text, text_length(text, size - 1)));
 }
 
+std::u16string folded_case(std::u16string_view text) {
+  std::u16string folded(text);
+  std::transform(folded.begin(), folded.end(), folded.begin(), fold_case);
+  return folded;
+}
+
 bool equal_no_case(std::u16string_view a, std::u16string_view b) {
   return a.size() == b.size() &&
          std::equal(a.begin(), a.end(), b.begin(),
@@ -120,6 +126,16 @@ char32_t next_point(std::string_view bytes, std::size_t& at) {
 }
 
 }  // namespace
+
+std::string bytes_of_units(std::u16string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size() * 2);
+  for (const wide_char c : text) {
+    bytes.push_back(static_cast<char>(c & 0xFFU));
+    bytes.push_back(static_cast<char>(c >> 8U));
+  }
+  return bytes;
+}
 
 std::string utf8_from_text(std::u16string_view text) {
   std::string out;

@@ -67,11 +67,16 @@ std::u16string_view field_text(const wide_char (&field)[size]) {
   return {field, field_length(field, size)};
 }
 
+// In lower case: equal for texts that equal_no_case calls equal.
+EDL_API std::u16string folded_case(std::u16string_view text);
 EDL_API bool equal_no_case(std::u16string_view a, std::u16string_view b);
 EDL_API bool starts_with_no_case(std::u16string_view text, std::u16string_view head);
 // Without leading or trailing white space; without trailing white space.
 EDL_API std::u16string_view trimmed(std::u16string_view text);
 EDL_API std::u16string_view trimmed_right(std::u16string_view text);
+
+// Two bytes a unit, the lower one first, and no mark in front.
+EDL_API std::string bytes_of_units(std::u16string_view text);
 
 // Paths are 16-bit in the interfaces and UTF-8 at the file system. A lone
 // surrogate or a malformed byte sequence becomes U+FFFD.

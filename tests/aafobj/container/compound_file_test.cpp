@@ -2,6 +2,7 @@
 #include <array>
 
 #include "tests/aafobj/container/container_test_support.h"
+#include "tests/aafobj/container/counting_storage.h"
 
 namespace aafobj::test {
 namespace {
@@ -268,28 +269,6 @@ TEST_P(CompoundFileTest, WholeStreamReadKeepsToItsLimit) {
   EXPECT_EQ(bytes, pattern(10000, 1));
 }
 
-// So scattered that the places of its sectors are not all kept in memory.
-// Counts what is asked of it.
-class CountingStorage final : public RawStorage {
- public:
-  explicit CountingStorage(Bytes bytes) : m_inner(std::move(bytes)) {}
-  Result read_at(std::uint64_t position, std::span<std::byte> out, std::size_t& count) override {
-    ++reads;
-    return m_inner.read_at(position, out, count);
-  }
-  Result write_at(std::uint64_t position, std::span<const std::byte> bytes) override {
-    return m_inner.write_at(position, bytes);
-  }
-  Result size(std::uint64_t& bytes) override { return m_inner.size(bytes); }
-  Result set_size(std::uint64_t bytes) override { return m_inner.set_size(bytes); }
-  Result synchronize() override { return Result::ok; }
-  bool writable() const override { return true; }
-  std::size_t reads = 0;
-
- private:
-  MemoryStorage m_inner;
-};
-
 TEST_P(CompoundFileTest, OpeningAStreamForEachPieceCostsNoMoreReads) {
   std::unique_ptr<CompoundFile> file;
   const auto made = make_file(GetParam(), file);
@@ -332,6 +311,7 @@ TEST_P(CompoundFileTest, StreamsThatWereOpenBeforeCanBeRemovedAndMadeAnew) {
   EXPECT_EQ(file->verify(), Result::ok);
 }
 
+// So scattered that the places of its sectors are not all kept in memory.
 TEST(CompoundScattered, EverySectorOnItsOwn) {
   std::unique_ptr<CompoundFile> file;
   const auto storage = make_file(FileKind::aaf_512, file);

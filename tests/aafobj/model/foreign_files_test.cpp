@@ -14,7 +14,6 @@ namespace {
 
 using testing::Bytes;
 using testing::bytes_of;
-using testing::CountingStorage;
 using testing::HandMadeFile;
 using testing::stored;
 

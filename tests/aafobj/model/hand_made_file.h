@@ -11,6 +11,7 @@
 #include "aafobj/api/aaf_class_ids.h"
 #include "aafobj/model/property_stream.h"
 #include "aafobj/model/stored_values.h"
+#include "tests/aafobj/container/counting_storage.h"
 #include "tests/aafobj/model/object_trees.h"
 
 // Files that the model itself would not write.
@@ -30,25 +31,6 @@ inline ClassId stored(const aafUID_t& id) {
   std::memcpy(class_id.data(), &id, sizeof(id));
   return class_id;
 }
-
-// Counts what is asked of it.
-class CountingStorage final : public RawStorage {
- public:
-  explicit CountingStorage(Bytes bytes) : m_inner(std::move(bytes)) {}
-  Result read_at(std::uint64_t position, std::span<std::byte> out, std::size_t& count) override {
-    ++reads;
-    return m_inner.read_at(position, out, count);
-  }
-  Result write_at(std::uint64_t, std::span<const std::byte>) override { return Result::read_only; }
-  Result size(std::uint64_t& bytes) override { return m_inner.size(bytes); }
-  Result set_size(std::uint64_t) override { return Result::read_only; }
-  Result synchronize() override { return Result::ok; }
-  bool writable() const override { return false; }
-  std::size_t reads = 0;
-
- private:
-  MemoryStorage m_inner;
-};
 
 // A file put together storage by storage.
 class HandMadeFile {
