@@ -193,17 +193,16 @@ CGenericReel* CGenericEdl::find_or_add_reel(const wide_char* name) {
 }
 
 CGenericReel* CGenericEdl::find_or_add_reel(std::u16string_view name) {
+  const bool short_enough = name.size() <= ReelName::longest;
+  const ReelName short_name(short_enough ? name : std::u16string_view());
   // The slot takes a terminated text.
-  wide_char short_name[64];
-  std::u16string long_name;
-  const wide_char* text = short_name;
-  if (name.size() < std::size(short_name)) {
-    short_name[name.copy(short_name, name.size())] = u'\0';
-  } else {
-    text = long_name.assign(name).c_str();
-  }
+  const std::u16string long_name(short_enough ? std::u16string_view() : name);
+  const wide_char* const text = short_enough ? short_name.text() : long_name.c_str();
   if (supports_reel_objects(text) == 0) return nullptr;
-  if (CGenericReel* const known = reel_index_.find(reel_list, name); known != nullptr) {
+  if (!short_enough) {
+    reel_index_.follow(reel_list);
+  } else if (CGenericReel* const known = reel_index_.find(reel_list, short_name);
+             known != nullptr) {
     return known;
   }
   // Without memory for it the list gets a null, and the entry keeps the name itself.

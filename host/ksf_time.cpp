@@ -25,30 +25,21 @@ bool read_run(std::u16string_view text, std::size_t& at, std::int64_t& value) {
   return at > start;
 }
 
-// The common form, "HH:MM:SS:FF" and no more, in one step.
-struct UsualForm {
-  bool is_one = false;
-  std::uint8_t hours = 0;
-  std::uint8_t minutes = 0;
-  std::uint8_t seconds = 0;
-  std::uint8_t frames = 0;
-};
-
-UsualForm read_usual_form(std::u16string_view text) {
+// Reads the common form, "HH:MM:SS:FF" and no more, in one step. False for any other.
+bool read_usual_form(std::u16string_view text, TimeCodeFields& fields) {
   if (text.size() != 11 || !is_separator(text[2]) || !is_separator(text[5]) ||
       !is_separator(text[8])) {
-    return {};
+    return false;
   }
   unsigned worst = 0;
   const auto two_digits = [&text, &worst](std::size_t at) {
     const unsigned tens = text[at] - unsigned{u'0'};
     const unsigned ones = text[at + 1] - unsigned{u'0'};
     worst = std::max({worst, tens, ones});
-    return static_cast<std::uint8_t>(tens * 10 + ones);
+    return std::int64_t{tens * 10 + ones};
   };
-  UsualForm form{true, two_digits(0), two_digits(3), two_digits(6), two_digits(9)};
-  form.is_one = worst <= 9;
-  return form;
+  fields = {two_digits(0), two_digits(3), two_digits(6), two_digits(9), false};
+  return worst <= 9;
 }
 
 // Samples of a count of frames within a second. The rates are few, and a division by a
@@ -98,9 +89,8 @@ void put_two_digits(wide_char*& out, std::int64_t value) {
 
 TimeCodeFields parse_time_code_fields(std::u16string_view text) {
   TimeCodeFields fields;
-  if (const UsualForm form = read_usual_form(text); form.is_one) {
-    return {form.hours, form.minutes, form.seconds, form.frames, false};
-  }
+  if (read_usual_form(text, fields)) return fields;
+  fields = {};
   std::size_t at = 0;
   if (!text.empty() && text[0] == u'-') {
     fields.negative = true;
@@ -126,11 +116,7 @@ std::int64_t time_code_samples(const TimeCodeFields& fields, std::uint8_t sample
 
 std::int64_t time_code_samples(std::u16string_view text, std::uint8_t sample_rate_index,
                                std::uint8_t frame_rate_index) {
-  const UsualForm form = read_usual_form(text);
-  return form.is_one
-             ? magnitude_of(form.hours, form.minutes, form.seconds, form.frames, sample_rate_index,
-                            frame_rate_index)
-             : time_code_samples(parse_time_code_fields(text), sample_rate_index, frame_rate_index);
+  return time_code_samples(parse_time_code_fields(text), sample_rate_index, frame_rate_index);
 }
 
 std::int64_t drop_frame_number(std::int64_t frames) {

@@ -44,23 +44,24 @@ bool scan_short_number(std::u16string_view text, double& value) {
                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
   const bool negative = text.starts_with(u'-');
   if (negative || text.starts_with(u'+')) text.remove_prefix(1);
-  std::int64_t digits = 0;
-  std::size_t count = 0;
+  // Beyond 15 digits it may wrap, and is not used.
+  std::uint64_t digits = 0;
+  std::size_t at = 0;
+  const auto read_digits = [&text, &digits, &at] {
+    const std::size_t start = at;
+    for (; at < text.size() && is_digit(text[at]); ++at)
+      digits = digits * 10 + static_cast<std::uint64_t>(text[at] - u'0');
+    return at - start;
+  };
+  std::size_t count = read_digits();
   std::size_t decimals = 0;
-  bool point = false;
-  for (const wide_char c : text) {
-    if (is_digit(c)) {
-      if (++count >= powers.size()) return false;
-      digits = digits * 10 + (c - u'0');
-      if (point) ++decimals;
-    } else if (c == u'.' && !point) {
-      point = true;
-    } else if (c == u'e' || c == u'E') {
-      return false;
-    } else {
-      break;
-    }
+  if (at < text.size() && text[at] == u'.') {
+    ++at;
+    decimals = read_digits();
+    count += decimals;
   }
+  if (count >= powers.size()) return false;
+  if (at < text.size() && (text[at] == u'e' || text[at] == u'E')) return false;
   if (count == 0) return false;
   const double magnitude = static_cast<double>(digits) / powers[decimals];
   value = negative ? -magnitude : magnitude;

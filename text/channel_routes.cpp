@@ -14,9 +14,9 @@ struct UsedFields {
 
 UsedFields used_fields(int count, const int* flags) {
   UsedFields used;
-  for (int i = count - 1; i >= 0; --i) {
+  for (int i = 0; i < count; ++i) {
     if (flags[i] == 0) continue;
-    used.first = i;
+    if (used.count == 0) used.first = i;
     ++used.count;
   }
   return used;

@@ -17,18 +17,21 @@ namespace {
 
 constexpr std::size_t longest_column = 130;
 
-// A line's columns. Each begins behind a quote and ends at the next one.
+// The columns of a terminated line. Each begins behind a quote and ends at the next one.
 class Columns {
  public:
-  explicit Columns(const wide_char* line) : rest_(line, text_length(line)) { pass(1); }
+  explicit Columns(const wide_char* line) : rest_(line) { pass(1); }
 
   // Empty, without passing anything, when no quote closes the column in time.
   std::u16string_view next() {
-    const std::size_t quote = rest_.substr(0, longest_column + 1).find(u'"');
-    if (quote == std::u16string_view::npos) return {};
-    const std::u16string_view column = rest_.substr(0, quote);
+    std::size_t quote = 0;
+    for (; rest_[quote] != u'"'; ++quote) {
+      if (rest_[quote] == u'\0' || quote == longest_column) return {};
+    }
+    const std::u16string_view column(rest_, quote);
+    rest_ += quote;
     // The quote, the comma and the opening quote of the next column.
-    pass(quote + 3);
+    pass(3);
     return column;
   }
   void skip(int columns) {
@@ -37,9 +40,12 @@ class Columns {
   }
 
  private:
-  void pass(std::size_t count) { rest_.remove_prefix(std::min(count, rest_.size())); }
+  void pass(int count) {
+    for (; count > 0 && *rest_ != u'\0'; --count)
+      ++rest_;
+  }
 
-  std::u16string_view rest_;
+  const wide_char* rest_;
 };
 
 // The two digits of "A01".

@@ -43,7 +43,7 @@ class EDL_API LineCursor {
       : at_(line == nullptr ? u"" : line) {}
   // Of a line whose words are known. They must outlive the cursor too.
   explicit LineCursor(const text::LineWords& words)
-      : at_(words.line()), line_(words.line()), word_(words.words()) {}
+      : at_(words.line()), line_(words.line()), edges_(words.edges()) {}
 
   // The next word, empty at the end of the line.
   std::u16string_view next() {
@@ -55,7 +55,7 @@ class EDL_API LineCursor {
   // The same without passing it; the space in front of it is passed.
   std::u16string_view peek() {
     if (!peeked_) {
-      if (word_ != nullptr) {
+      if (edges_ != nullptr) {
         take_known_word();
       } else {
         find_word();
@@ -73,10 +73,10 @@ class EDL_API LineCursor {
   // Move to the next word and measure it.
   void find_word();
   void take_known_word() {
-    at_ = line_ + word_->start;
-    length_ = word_->length;
+    at_ = line_ + edges_[0];
+    length_ = static_cast<std::size_t>(edges_[1] - edges_[0]);
     // The last one, which is empty, stays.
-    if (length_ != 0) ++word_;
+    if (length_ != 0) edges_ += 2;
     peeked_ = true;
   }
 
@@ -87,5 +87,5 @@ class EDL_API LineCursor {
   bool peeked_ = false;
   // Null where words are found as they are asked for.
   const wide_char* line_ = nullptr;
-  const text::LineWords::Word* word_ = nullptr;
+  const std::uint16_t* edges_ = nullptr;
 };

@@ -1,6 +1,8 @@
 #include "text/text_file.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
 #include "host/code_page.h"
@@ -22,23 +24,16 @@ constexpr bool ends_file(int byte) {
   return byte < 0 || byte == end_of_line_mark;
 }
 
-// A bit set when one of eight bytes is zero.
-constexpr std::uint64_t zero_byte(std::uint64_t bytes) {
-  constexpr std::uint64_t ones = 0x0101010101010101;
-  return (bytes - ones) & ~bytes & (ones << 7);
-}
-
 // How many bytes stand in front of the first that ends a line.
 std::size_t bytes_of_line(std::string_view bytes) {
-  constexpr std::uint64_t ones = 0x0101010101010101;
+  using Bytes = std::uint8_t __attribute__((vector_size(16)));
   std::size_t at = 0;
-  for (; bytes.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
-    std::uint64_t eight = 0;
-    std::memcpy(&eight, bytes.data() + at, sizeof eight);
-    if ((zero_byte(eight ^ (ones * '\r')) | zero_byte(eight ^ (ones * '\n')) | zero_byte(~eight)) !=
-        0) {
-      break;
-    }
+  for (; bytes.size() - at >= sizeof(Bytes); at += sizeof(Bytes)) {
+    Bytes line;
+    std::memcpy(&line, bytes.data() + at, sizeof line);
+    const auto ends = (line == '\r') | (line == '\n') | (line == end_of_line_mark);
+    const auto words = std::bit_cast<std::array<std::uint64_t, 2>>(ends);
+    if ((words[0] | words[1]) != 0) break;
   }
   while (at < bytes.size() && !is_line_end(bytes[at]) &&
          static_cast<unsigned char>(bytes[at]) != end_of_line_mark) {
@@ -47,11 +42,20 @@ std::size_t bytes_of_line(std::string_view bytes) {
   return at;
 }
 
-bool is_ascii(std::string_view bytes) {
-  unsigned char all = 0;
-  for (const char c : bytes)
-    all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
-  return all < 0x80;
+struct ByteRange {
+  unsigned char least = 0xFF;
+  // Bits that any byte has.
+  unsigned char bits = 0;
+};
+
+ByteRange range_of(std::string_view bytes) {
+  ByteRange range;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    range.least = std::min(range.least, byte);
+    range.bits = static_cast<unsigned char>(range.bits | byte);
+  }
+  return range;
 }
 
 bool reads_ascii_as_itself(const CodePage::ByteTable& table) {
@@ -77,9 +81,10 @@ bool CTextFile::Open(const wide_char* path, unsigned flags, CFileException* erro
 }
 
 int CTextFile::get_line() {
-  std::fill(line_buffer_.begin(), line_buffer_.end(), u'\0');
-  read_position_ = text_length_ = 0;
+  std::fill_n(line_buffer_.begin(), used_length_, u'\0');
+  read_position_ = text_length_ = used_length_ = 0;
   if (ReadString(line_buffer_.data(), static_cast<unsigned>(size_ - 1)) == nullptr) return 0;
+  used_length_ = read_length_;
   // A line begins with a character that is none of those skipped in front of it, so it
   // is never blank.
   if (has_nul_) {
@@ -119,7 +124,9 @@ wide_char* CTextFile::ReadString(wide_char* buffer, unsigned max) {
   if (max == 0) return nullptr;
   while (line.back() == '\0')
     line.remove_suffix(1);
-  has_nul_ = line.find('\0') != std::string_view::npos;
+  const ByteRange range = range_of(line);
+  has_nul_ = range.least == 0;
+  is_plain_ = ascii_as_itself_ && range.bits < 0x80;
   decode_line(line, buffer, max);
   return buffer;
 }
@@ -154,7 +161,6 @@ void CTextFile::gather_line(std::size_t max) {
 }
 
 void CTextFile::decode_line(std::string_view line, wide_char* buffer, std::size_t max) {
-  is_plain_ = ascii_as_itself_ && is_ascii(line);
   if (is_plain_) {
     read_length_ = line.size();
     std::transform(line.begin(), line.end(), buffer,
@@ -219,6 +225,7 @@ int CTextFile::add_text(std::u16string_view text) {
   std::copy(text.begin(), text.end(),
             line_buffer_.begin() + static_cast<std::ptrdiff_t>(line_length_));
   line_length_ += text.size();
+  used_length_ = std::max(used_length_, line_length_);
   return 1;
 }
 

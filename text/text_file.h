@@ -82,6 +82,8 @@ class EDL_API CTextFile : public CStdioFile {
   std::size_t line_length_ = 0;
   std::size_t size_;
   std::size_t read_length_ = 0;
+  // Units at the head of the buffer that may not be zero.
+  std::size_t used_length_ = 0;
   // Of the line that was read, up to its terminator.
   std::size_t text_length_ = 0;
   int line_number_ = 0;

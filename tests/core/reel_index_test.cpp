@@ -33,46 +33,48 @@ class ReelIndexOfAList : public testing::Test {
     return reel;
   }
 
+  CGenericReel* find(std::u16string_view name) { return index_.find(reels_, ReelName(name)); }
+
   CObList reels_;
   ReelIndex index_;
 };
 
 TEST_F(ReelIndexOfAList, FirstOfEqualNames) {
-  EXPECT_EQ(index_.find(reels_, u"A"), nullptr);
+  EXPECT_EQ(find(u"A"), nullptr);
   CGenericReel* const first = add(u"Tape");
   add(u"TAPE");
-  EXPECT_EQ(index_.find(reels_, u"tape"), first);
-  EXPECT_EQ(index_.find(reels_, u"TAPE"), first);
-  EXPECT_EQ(index_.find(reels_, u"TAPE "), nullptr);
-  EXPECT_EQ(index_.find(reels_, u""), nullptr);
+  EXPECT_EQ(find(u"tape"), first);
+  EXPECT_EQ(find(u"TAPE"), first);
+  EXPECT_EQ(find(u"TAPE "), nullptr);
+  EXPECT_EQ(find(u""), nullptr);
 }
 
 TEST_F(ReelIndexOfAList, ReelThatIsRemovedIsForgotten) {
   CGenericReel* const first = add(u"A");
   CGenericReel* const second = add(u"a");
-  EXPECT_EQ(index_.find(reels_, u"A"), first);
+  EXPECT_EQ(find(u"A"), first);
   delete reels_.RemoveHead();
-  EXPECT_EQ(index_.find(reels_, u"A"), second);
+  EXPECT_EQ(find(u"A"), second);
   delete reels_.RemoveHead();
-  EXPECT_EQ(index_.find(reels_, u"A"), nullptr);
+  EXPECT_EQ(find(u"A"), nullptr);
 }
 
 TEST_F(ReelIndexOfAList, SeesReelsPutIntoNodesThatStand) {
   CGenericReel* const old_reel = add(u"A");
-  EXPECT_EQ(index_.find(reels_, u"A"), old_reel);
+  EXPECT_EQ(find(u"A"), old_reel);
   auto* const new_reel = new CGenericReel(u"B", 1);
   reels_.SetAt(reels_.GetHeadPosition(), new_reel);
-  EXPECT_EQ(index_.find(reels_, u"B"), new_reel);
-  EXPECT_EQ(index_.find(reels_, u"A"), nullptr);
+  EXPECT_EQ(find(u"B"), new_reel);
+  EXPECT_EQ(find(u"A"), nullptr);
   delete old_reel;
 }
 
 TEST_F(ReelIndexOfAList, ReelThatLostItsNameIsNotFoundByIt) {
   CGenericReel* const reel = add(u"A");
-  EXPECT_EQ(index_.find(reels_, u"A"), reel);
+  EXPECT_EQ(find(u"A"), reel);
   set_field(reel->reel_name, u"C");
-  EXPECT_EQ(index_.find(reels_, u"A"), nullptr);
-  EXPECT_EQ(index_.find(reels_, u"C"), reel);
+  EXPECT_EQ(find(u"A"), nullptr);
+  EXPECT_EQ(find(u"C"), reel);
 }
 
 // Names of a few letters in both cases, some longer than a reel keeps.
@@ -112,6 +114,27 @@ void change_list(CObList& reels, std::mt19937& random) {
       delete reels.GetAt(at);
       reels.SetAt(at, fresh());
       break;
+  }
+}
+
+// Of every length, with units at the edges of the letters and with a high bit.
+TEST(ReelName, FoldsAndComparesLikeItsUnits) {
+  constexpr std::u16string_view units = u"@AZ[`az{\u00c1\u0141\u4100\u8041\uc15a\uffff09 ";
+  std::mt19937 random(7);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text;
+    for (std::size_t length = random() % (ReelName::longest + 1); length > 0; --length)
+      text.push_back(units[random() % units.size()]);
+    const ReelName name(text);
+    ASSERT_EQ(std::u16string(name.text()), text);
+    ASSERT_EQ(name.view(), text);
+    ASSERT_EQ(name.key(), ReelName(folded_case(text)).key());
+    std::u16string other = text;
+    if (!other.empty()) other[random() % other.size()] = units[random() % units.size()];
+    ASSERT_EQ(name.key() == ReelName(other).key(), folded_case(text) == folded_case(other));
+    wide_char field[ReelName::longest] = {};
+    other.copy(field, ReelName::longest);
+    ASSERT_EQ(name.fills(field), text == other);
   }
 }
 
