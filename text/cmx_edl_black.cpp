@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/entry_walk.h"
 #include "core/generic_edl_entry.h"
 #include "text/cmx_edl.h"
 #include "text/end_index.h"
@@ -61,8 +62,8 @@ class TimeSet {
 
 TimeSet starts_of_markers(const CObList& list) {
   std::vector<std::int64_t> starts;
-  for (POSITION at = list.GetHeadPosition(); at != nullptr; at = next_of(list, at)) {
-    const CGenericEdlEntry& entry = *entry_at(list, at);
+  for (EntryWalk<&CGenericEdlEntry::dest_in> walk(list); walk.position() != nullptr;) {
+    const CGenericEdlEntry& entry = *walk.next();
     if (is_marker(entry)) starts.push_back(entry.dest_in);
   }
   return TimeSet(starts);
@@ -71,11 +72,15 @@ TimeSet starts_of_markers(const CObList& list) {
 class BlackFold {
  public:
   explicit BlackFold(CObList& list)
-      : list_(list), marker_starts_(starts_of_markers(list)), unindexed_(list.GetHeadPosition()) {}
+      : list_(list),
+        marker_starts_(starts_of_markers(list)),
+        unindexed_(list.GetHeadPosition()),
+        ahead_(list, list.GetHeadPosition()) {}
 
   void run() {
     POSITION at = list_.GetHeadPosition();
     while (at != nullptr) {
+      ahead_.step();
       if (!is_marker(*entry_at(list_, at))) {
         at = next_of(list_, at);
         continue;
@@ -117,6 +122,7 @@ class BlackFold {
 
   void remove(POSITION position) {
     if (unindexed_ == position) unindexed_ = next_of(list_, position);
+    ahead_.before_removal(position);
     const std::unique_ptr<CGenericEdlEntry> entry(entry_at(list_, position));
     list_.RemoveAt(position);
   }
@@ -128,6 +134,7 @@ class BlackFold {
   text::EndIndex ends_;
   // The first node that the walk has not passed to the index.
   POSITION unindexed_;
+  EntryLookAhead<&CGenericEdlEntry::dest_in, &CGenericEdlEntry::reel> ahead_;
 };
 
 }  // namespace

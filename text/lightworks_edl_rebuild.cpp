@@ -1,6 +1,7 @@
 // After the last line: segments of one edit become one entry again.
 #include <memory>
 
+#include "core/entry_walk.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
 #include "text/lightworks_edl.h"
@@ -86,11 +87,11 @@ void CLightworksEdl::rebuild() {
 void CLightworksEdl::merge_segments() {
   CObList* const list = get_generic_entry_list();
   if (list == nullptr || list->IsEmpty()) return;
-  POSITION at = list->GetHeadPosition();
-  auto* first = static_cast<CGenericEdlEntry*>(list->GetNext(at));
-  while (at != nullptr) {
-    const POSITION here = at;
-    auto* const second = static_cast<CGenericEdlEntry*>(list->GetNext(at));
+  EntryWalk<&CGenericEdlEntry::dest_in, &CGenericEdlEntry::transition_type> walk(*list);
+  auto* first = walk.next();
+  while (walk.position() != nullptr) {
+    const POSITION here = walk.position();
+    auto* const second = walk.next();
     if (are_one_edit(*first, *second)) {
       const std::unique_ptr<CGenericEdlEntry> merged(second);
       merge(*first, *second);
@@ -106,10 +107,10 @@ void CLightworksEdl::fold_midpoint_crossfades() {
   if (list == nullptr || list->IsEmpty()) return;
   const std::int64_t fade = settings().default_fade_length;
   // From head to tail: a fold moves the second edit, which the next pair sees.
-  POSITION at = list->GetHeadPosition();
-  auto* first = static_cast<CGenericEdlEntry*>(list->GetNext(at));
-  while (at != nullptr) {
-    auto* const second = static_cast<CGenericEdlEntry*>(list->GetNext(at));
+  EntryWalk<&CGenericEdlEntry::dest_in, &CGenericEdlEntry::fade_in_length> walk(*list);
+  auto* first = walk.next();
+  while (walk.position() != nullptr) {
+    auto* const second = walk.next();
     if (first->dest_out == second->dest_in && first->fade_out_length == fade &&
         second->fade_in_length == fade) {
       fold_crossfade(*first, *second, fade);

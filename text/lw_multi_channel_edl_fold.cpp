@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/entry_walk.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
 #include "text/end_index.h"
@@ -20,10 +21,11 @@ bool has_no_length(const CGenericEdlEntry& entry) {
 class DissolveFold {
  public:
   explicit DissolveFold(CObList& list) : list_(list) {
-    for (POSITION at = list.GetHeadPosition(); at != nullptr;) {
-      const POSITION here = at;
-      auto* const entry = static_cast<CGenericEdlEntry*>(list.GetNext(at));
-      by_event_[entry->event_number].places.push_back(nodes_.size());
+    nodes_.reserve(static_cast<std::size_t>(list.GetCount()));
+    for (EntryWalk<&CGenericEdlEntry::event_number> walk(list); walk.position() != nullptr;) {
+      const POSITION here = walk.position();
+      CGenericEdlEntry* const entry = walk.next();
+      add_to_event(entry->event_number);
       nodes_.push_back({here, entry});
     }
   }
@@ -40,12 +42,24 @@ class DissolveFold {
     POSITION position;
     // Null once removed.
     CGenericEdlEntry* entry;
+    // The place of the next entry with the same event number.
+    std::size_t next_of_event = none;
   };
   // The entries of one event number; those before `looked_at` are behind the walk.
   struct Event {
-    std::vector<std::size_t> places;
-    std::size_t looked_at = 0;
+    std::size_t looked_at;
+    std::size_t last;
   };
+  static constexpr auto none = static_cast<std::size_t>(-1);
+
+  // Of the node that is put behind the others next.
+  void add_to_event(std::uint16_t number) {
+    const std::size_t place = nodes_.size();
+    const auto [known, is_new] = by_event_.try_emplace(number, Event{place, place});
+    if (is_new) return;
+    nodes_[known->second.last].next_of_event = place;
+    known->second.last = place;
+  }
 
   [[nodiscard]] std::size_t next_of(std::size_t place) const {
     do {
@@ -98,12 +112,10 @@ class DissolveFold {
 
   // The first entry behind `place` with the same event number.
   CGenericEdlEntry* later_of_event(std::size_t place) {
-    auto& [places, looked_at] = by_event_[nodes_[place].entry->event_number];
-    while (looked_at < places.size() &&
-           (places[looked_at] <= place || nodes_[places[looked_at]].entry == nullptr)) {
-      ++looked_at;
-    }
-    return looked_at < places.size() ? nodes_[places[looked_at]].entry : nullptr;
+    std::size_t& later = by_event_.at(nodes_[place].entry->event_number).looked_at;
+    while (later != none && (later <= place || nodes_[later].entry == nullptr))
+      later = nodes_[later].next_of_event;
+    return later == none ? nullptr : nodes_[later].entry;
   }
 
   void remove(std::size_t place) {

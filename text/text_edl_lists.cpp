@@ -2,30 +2,30 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/entry_walk.h"
 #include "core/generic_edl_entry.h"
 #include "core/sample_math.h"
 #include "text/text_edl.h"
 
 namespace {
 
-// Sorts a stretch of nodes by `key`, equal keys in their order, by moving entries
-// from node to node.
-template <class Key>
-void stable_sort_nodes(CObList& list, POSITION first, POSITION end, Key key) {
-  struct Keyed {
-    decltype(key(*static_cast<CGenericEdlEntry*>(nullptr))) value;
-    CGenericEdlEntry* entry;
+template <class Value>
+struct Keyed {
+  Value value;
+  CGenericEdlEntry* entry;
+};
+
+// Puts the entries of a stretch of nodes in the order of their values, equal ones as they
+// stand, by moving them from node to node.
+template <class Value>
+void sort_nodes(CObList& list, POSITION first, std::vector<Keyed<Value>>& entries) {
+  const auto before = [](const Keyed<Value>& a, const Keyed<Value>& b) {
+    return a.value < b.value;
   };
-  const auto before = [](const Keyed& a, const Keyed& b) { return a.value < b.value; };
-  std::vector<Keyed> entries;
-  for (POSITION at = first; at != end;) {
-    auto* const entry = static_cast<CGenericEdlEntry*>(list.GetNext(at));
-    entries.push_back({key(*entry), entry});
-  }
   if (std::is_sorted(entries.begin(), entries.end(), before)) return;
   std::stable_sort(entries.begin(), entries.end(), before);
   POSITION at = first;
-  for (const Keyed& keyed : entries) {
+  for (const Keyed<Value>& keyed : entries) {
     list.SetAt(at, keyed.entry);
     list.GetNext(at);
   }
@@ -62,20 +62,28 @@ void fold(CGenericEdlEntry& a, CGenericEdlEntry& b) {
 void CTextEdl::sort_by_dest_in() {
   CObList* const list = get_generic_entry_list();
   if (list == nullptr) return;
-  stable_sort_nodes(*list, list->GetHeadPosition(), nullptr,
-                    [](const CGenericEdlEntry& entry) { return entry.dest_in; });
+  std::vector<Keyed<std::int64_t>> entries;
+  entries.reserve(static_cast<std::size_t>(list->GetCount()));
+  for (EntryWalk<&CGenericEdlEntry::dest_in> walk(*list); walk.position() != nullptr;) {
+    CGenericEdlEntry* const entry = walk.next();
+    entries.push_back({entry->dest_in, entry});
+  }
+  sort_nodes(*list, list->GetHeadPosition(), entries);
 }
 
 void CTextEdl::sort_same_start(CObList* list) {
   if (list == nullptr) return;
-  for (POSITION first = list->GetHeadPosition(); first != nullptr;) {
+  std::vector<Keyed<unsigned short>> entries;
+  EntryWalk<&CGenericEdlEntry::dest_in> walk(*list);
+  for (POSITION first = walk.position(); first != nullptr;) {
     const std::int64_t dest_in = entry_at(*list, first)->dest_in;
-    POSITION end = first;
-    while (end != nullptr && entry_at(*list, end)->dest_in == dest_in)
-      list->GetNext(end);
-    stable_sort_nodes(*list, first, end,
-                      [](const CGenericEdlEntry& entry) { return entry.get_stream(0); });
-    first = end;
+    entries.clear();
+    while (walk.position() != nullptr && entry_at(*list, walk.position())->dest_in == dest_in) {
+      CGenericEdlEntry* const entry = walk.next();
+      entries.push_back({entry->get_stream(0), entry});
+    }
+    sort_nodes(*list, first, entries);
+    first = walk.position();
   }
 }
 
@@ -113,10 +121,10 @@ void CTextEdl::fold_crossfades() {
   const CObList* const list = get_generic_entry_list();
   if (list == nullptr || list->GetCount() < 2) return;
   // From head to tail: a fold moves the second edit, which the next pair sees.
-  POSITION at = list->GetHeadPosition();
-  auto* a = static_cast<CGenericEdlEntry*>(list->GetNext(at));
-  while (at != nullptr) {
-    auto* const b = static_cast<CGenericEdlEntry*>(list->GetNext(at));
+  EntryWalk<&CGenericEdlEntry::dest_in, &CGenericEdlEntry::fade_in_length> walk(*list);
+  auto* a = walk.next();
+  while (walk.position() != nullptr) {
+    auto* const b = walk.next();
     if (a->dest_out == b->dest_in && a->fade_out_length == b->fade_in_length) fold(*a, *b);
     a = b;
   }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/support/heap.h"
 #include "bench/text/cmx_generator.h"
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
@@ -59,6 +60,12 @@ void count_events(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+void prepare_heap(benchmark::State& state) {
+  state.PauseTiming();
+  bench::prepare(bench::Heap{state.range(1)});
+  state.ResumeTiming();
+}
+
 // Reading the same bytes, splitting lines, and putting as many zeroed records with
 // their streams on lists as the import makes.
 void floor_of_import(benchmark::State& state) {
@@ -67,6 +74,7 @@ void floor_of_import(benchmark::State& state) {
   const std::intptr_t audio = model->get_generic_entry_list()->GetCount();
   const std::intptr_t video = model->get_video_list()->GetCount();
   for (auto _ : state) {
+    prepare_heap(state);
     std::string bytes(file.bytes(), '\0');
     std::ifstream(file.path(), std::ios::binary)
         .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -93,6 +101,7 @@ void floor_of_import(benchmark::State& state) {
 void import(benchmark::State& state, bool merge) {
   const ListFile file(static_cast<std::size_t>(state.range(0)));
   for (auto _ : state) {
+    prepare_heap(state);
     auto edl = imported(file, merge);
     state.PauseTiming();
     edl.reset();
@@ -163,11 +172,15 @@ constexpr int last_size = 1000000;
 }  // namespace
 
 #define SIZES RangeMultiplier(10)->Range(first_size, last_size)->Unit(benchmark::kMillisecond)
+#define SIZES_AND_HEAPS                                                          \
+  ArgNames({"events", "kept_heap"})                                              \
+      ->ArgsProduct({benchmark::CreateRange(first_size, last_size, 10), {0, 1}}) \
+      ->Unit(benchmark::kMillisecond)
 
 BENCHMARK(memory_of_import)->Arg(last_size)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(floor_of_import)->SIZES;
-BENCHMARK_CAPTURE(import, plain, false)->SIZES;
-BENCHMARK_CAPTURE(import, merge_and_fold, true)->SIZES;
+BENCHMARK(floor_of_import)->SIZES_AND_HEAPS;
+BENCHMARK_CAPTURE(import, plain, false)->SIZES_AND_HEAPS;
+BENCHMARK_CAPTURE(import, merge_and_fold, true)->SIZES_AND_HEAPS;
 BENCHMARK(export_with_fades)->SIZES;
 BENCHMARK(fold_crossfades)->SIZES->Iterations(3);
 BENCHMARK(split_for_export)->SIZES->Iterations(3);

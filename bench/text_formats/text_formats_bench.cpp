@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/support/heap.h"
 #include "core/generic_edl_entry.h"
 #include "core/generic_edl_video_entry.h"
 #include "host/text.h"
@@ -135,6 +136,12 @@ void count_edits(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+void prepare_heap(benchmark::State& state) {
+  state.PauseTiming();
+  bench::prepare(bench::Heap{state.range(1)});
+  state.ResumeTiming();
+}
+
 std::string bytes_of(const std::string& path) {
   std::ifstream in(path, std::ios::binary | std::ios::ate);
   std::string bytes(static_cast<std::size_t>(in.tellg()), '\0');
@@ -157,6 +164,7 @@ void floor_of_import(benchmark::State& state) {
     video = model->get_video_list()->GetCount();
   }
   for (auto _ : state) {
+    prepare_heap(state);
     const std::string bytes = bytes_of(file.path());
     auto edl = std::make_unique<CGenericEdl>();
     CObList& list = *edl->get_generic_entry_list();
@@ -182,6 +190,7 @@ void import(benchmark::State& state) {
   const ListFile file;
   write_list<Edl>(state.range(0), file);
   for (auto _ : state) {
+    prepare_heap(state);
     auto edl = read_list<Edl>(file);
     state.PauseTiming();
     edl.reset();
@@ -228,6 +237,7 @@ void import_with_dump(benchmark::State& state) {
   const ListFile file;
   write_list<CLWMultiChannelEdl>(state.range(0), file, with_dump());
   for (auto _ : state) {
+    prepare_heap(state);
     auto edl = read_list<CLWMultiChannelEdl>(file);
     state.PauseTiming();
     edl.reset();
@@ -239,9 +249,13 @@ void import_with_dump(benchmark::State& state) {
 }  // namespace
 
 #define SIZES RangeMultiplier(10)->Range(1000, 1000000)->Unit(benchmark::kMillisecond)
-#define FORMAT(edl)                                \
-  BENCHMARK_TEMPLATE(floor_of_import, edl)->SIZES; \
-  BENCHMARK_TEMPLATE(import, edl)->SIZES;          \
+#define SIZES_AND_HEAPS                                                  \
+  ArgNames({"edits", "kept_heap"})                                       \
+      ->ArgsProduct({benchmark::CreateRange(1000, 1000000, 10), {0, 1}}) \
+      ->Unit(benchmark::kMillisecond)
+#define FORMAT(edl)                                          \
+  BENCHMARK_TEMPLATE(floor_of_import, edl)->SIZES_AND_HEAPS; \
+  BENCHMARK_TEMPLATE(import, edl)->SIZES_AND_HEAPS;          \
   BENCHMARK_TEMPLATE(export_list, edl)->SIZES
 
 FORMAT(CSony9000Edl);
@@ -249,5 +263,5 @@ FORMAT(CGrassValleyEdl);
 FORMAT(CLightworksEdl);
 FORMAT(CLWMultiChannelEdl);
 FORMAT(CMarloTextEdl);
-BENCHMARK(import_with_dump)->SIZES;
+BENCHMARK(import_with_dump)->SIZES_AND_HEAPS;
 BENCHMARK(export_with_dump)->SIZES;
