@@ -89,8 +89,8 @@ class CAAFCompMob : public CObject {
   // samples at which that lies.
   struct Span {
     Extent extent;
-    std::int64_t start;
-    std::int64_t samples;
+    std::int64_t start = 0;
+    std::int64_t samples = 0;
   };
 
   // Slots.

@@ -76,7 +76,7 @@ HRESULT forward(AAFDLL::Entry entry, Arguments... arguments) {
   AAFDLL* library = nullptr;
   const HRESULT loaded = ensure_aaf_library(&library);
   if (loaded < 0) return loaded;
-  void* const found = library->entry_points[entry];
+  void* const found = library == nullptr ? nullptr : library->entry_points[entry];
   if (found == nullptr) return aaf_result::not_offered;
   try {
     return reinterpret_cast<Function*>(found)(arguments...);

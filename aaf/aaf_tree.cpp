@@ -509,7 +509,7 @@ HRESULT Walk::opaque(IAAFTypeDef* type, IAAFPropertyValue* value) {
 }  // namespace
 
 std::string result_words(std::int32_t result) {
-  const std::string number = "0x" + hexadecimal(static_cast<std::uint32_t>(result), 8);
+  std::string number = "0x" + hexadecimal(static_cast<std::uint32_t>(result), 8);
   std::u16string words;
   const auto read = [result](aafCharacter* out, aafUInt32 bytes) {
     return AAFDLL::AAFResultToText(result, out, bytes);

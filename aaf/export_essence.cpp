@@ -214,7 +214,7 @@ class EssenceExport {
     const std::u16string numbered = name.substr(0, stem) + decimal(number);
     std::u16string candidate = numbered + extension;
     for (std::int64_t count = 2; written.has_written(candidate); ++count)
-      candidate = numbered + u"-" + decimal(count) + extension;
+      candidate.assign(numbered).append(u"-").append(decimal(count)).append(extension);
     return candidate;
   }
 

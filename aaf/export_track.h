@@ -22,9 +22,9 @@ struct ExportTracks {
   ExportDefinitions& definitions;
   const ExportTimeline& timeline;
   ExportLevels levels;
-  std::int64_t sample_rate;
+  std::int64_t sample_rate = 0;
   // Where the composition starts.
-  std::int64_t start;
+  std::int64_t start = 0;
 };
 
 // Over a group of a definition, which it is handed as it is.

@@ -34,12 +34,12 @@ std::uint16_t fade_curve_from_levels(const FadeLevels& levels) {
   const auto& rows = all_amplitudes();
   double least = 1e9;
   std::uint16_t nearest = 0;
-  for (std::uint16_t i = 0; i < rows.size(); ++i) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
     const double sum = std::abs(wanted[0] - rows[i][0]) + std::abs(wanted[1] - rows[i][1]) +
                        std::abs(wanted[2] - rows[i][2]);
     if (sum < least) {
       least = sum;
-      nearest = i;
+      nearest = static_cast<std::uint16_t>(i);
     }
   }
   return nearest;

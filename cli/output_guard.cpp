@@ -155,8 +155,9 @@ void tell_of_files_set_aside(const std::string& path) {
   for (int number = 1; number <= most_aside; ++number) {
     const std::string aside = aside_name(real, number);
     if (!exists(aside)) continue;
-    warn("an earlier run was stopped while it wrote " + path +
-         "; the file that stood there before lies at " + aside);
+    std::string words = "an earlier run was stopped while it wrote ";
+    words.append(path).append("; the file that stood there before lies at ").append(aside);
+    warn(words);
   }
 }
 

@@ -37,7 +37,7 @@ class SignalPause {
   SignalPause& operator=(const SignalPause&) = delete;
 
  private:
-  sigset_t before_;
+  sigset_t before_{};
 };
 
 }  // namespace cli

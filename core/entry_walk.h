@@ -52,6 +52,6 @@ class EntryWalk {
 
  private:
   const CObList& list_;
-  POSITION at_;
+  POSITION at_ = nullptr;
   EntryLookAhead<members...> ahead_;
 };

@@ -133,7 +133,7 @@ class EDL_API CGenericEdlEntry : public CObject {
 
  private:
   // Where `streams` points while there are few of them.
-  std::uint16_t few_streams_[2];
+  std::uint16_t few_streams_[2] = {};
 
  public:
   std::int64_t source_out;

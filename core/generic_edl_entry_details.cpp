@@ -130,7 +130,7 @@ void CGenericEdlEntry::set_entry_details(const ENTRY_DETAILS* details) {
   source_channel = d.source_channel;
   chunk_flags = d.chunk_flags;
   set_no_streams(d.streams == nullptr ? 0 : d.no_streams);
-  for (int i = 0; i < no_streams; ++i)
+  for (int i = 0; d.streams != nullptr && i < no_streams; ++i)
     set_stream(i, d.streams[i]);
   no_channels = d.no_channels;
   channel_offset = d.channel_offset;

@@ -1,7 +1,7 @@
 // The operations of CGenericEdl that walk its entries, but for traceback.
 #include <algorithm>
-#include <compare>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 #include "core/entry_walk.h"
@@ -124,7 +124,10 @@ class LongStretch {
     int stream;
     std::size_t place;
 
-    auto operator<=>(const Side&) const = default;
+    bool operator<(const Side& b) const {
+      return std::tie(dest_out, source_in, source_out, channel_offset, stream, place) <
+             std::tie(b.dest_out, b.source_in, b.source_out, b.channel_offset, b.stream, b.place);
+    }
     [[nodiscard]] bool is_left_of(const Side& b) const {
       return stream % 2 == 0 && b.stream == stream + 1 && dest_out == b.dest_out &&
              source_in == b.source_in && source_out == b.source_out &&
@@ -223,7 +226,7 @@ void CGenericEdl::merge_into_n_channel_entries() {
   PartnerWalk walk(*list);
   POSITION first = walk.position();
   CGenericEdlEntry* next = walk.next();
-  while (first != nullptr) {
+  while (next != nullptr) {
     const std::int64_t dest_in = next->dest_in;
     POSITION end = nullptr;
     std::size_t length = 0;

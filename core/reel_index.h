@@ -33,8 +33,8 @@ class ReelName {
  private:
   static constexpr std::size_t units_a_word = 4;
 
-  alignas(Words) wide_char units_[units_a_word * std::tuple_size_v<Words>];
-  Words key_;
+  alignas(Words) wide_char units_[units_a_word * std::tuple_size_v<Words>] = {};
+  Words key_{};
   std::size_t size_;
 };
 
@@ -55,7 +55,7 @@ class ReelIndex {
  private:
   using Key = ReelName::Words;
   struct Slot {
-    Key key;
+    Key key{};
     // Null in a slot that is free.
     CGenericReel* reel = nullptr;
   };

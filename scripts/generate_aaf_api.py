@@ -41,7 +41,8 @@ def size_check(row):
     if row["type"].endswith("&"):
         return []
     name = row["name"]
-    return [f"static_assert(sizeof({name}) == {row['size']} && alignof({name}) == {row['align']});"]
+    return [f"static_assert(sizeof({name}) == {row['size']});",
+            f"static_assert(alignof({name}) == {row['align']});"]
 
 
 def struct_names():
@@ -114,8 +115,8 @@ def struct_lines(name, fields):
     lines = [f"struct {tag} {{", *struct_body(fields), "};"]
     if tag != name:
         lines.append(f"using {name} = {tag};")
-    lines.append(f"static_assert(sizeof({name}) == {fields[0]['struct_size']} && "
-                 f"alignof({name}) == {fields[0]['struct_align']});")
+    lines.append(f"static_assert(sizeof({name}) == {fields[0]['struct_size']});")
+    lines.append(f"static_assert(alignof({name}) == {fields[0]['struct_align']});")
     for field in fields:
         if field["offset"] != "0":
             lines.append(f"static_assert(offsetof({name}, {field['field']}) == {field['offset']});")
@@ -143,7 +144,7 @@ def types_header():
     lines += ["", "// Identifier of an interface or of a class of objects.", "struct GUID {",
               "  DWORD Data1;", "  std::uint16_t Data2;", "  std::uint16_t Data3;",
               "  std::uint8_t Data4[8];", "};",
-              "static_assert(sizeof(GUID) == 16 && alignof(GUID) == 4);", "using IID = GUID;",
+              "static_assert(sizeof(GUID) == 16);", "static_assert(alignof(GUID) == 4);", "using IID = GUID;",
               "using CLSID = GUID;", "using REFGUID = const GUID&;", "using REFIID = const IID&;",
               "using REFCLSID = const CLSID&;", ""]
     lines += enumerations()

@@ -28,7 +28,7 @@ class TimeText {
   [[nodiscard]] std::u16string_view view() const { return field_text(text_); }
 
  private:
-  wide_char text_[time_code_size];
+  wide_char text_[time_code_size] = {};
 };
 // Source in and out, destination in and out, each with a blank behind it.
 [[nodiscard]] bool add_times(CTextFile& file, const CGenericEdlEntry& entry);

@@ -58,17 +58,8 @@ void LineCursor::find_word() {
   while (begin != end_ && parts_words(*begin))
     ++begin;
   at_ = begin;
-  const wide_char* const limit =
-      end_ == nullptr ? nullptr
-                      : begin + std::min(static_cast<std::size_t>(end_ - begin), longest_token);
-  const wide_char* at = begin;
-  if (limit == nullptr) {
-    while (goes_on(*at) && static_cast<std::size_t>(at - begin) < longest_token)
-      ++at;
-  } else {
-    while (at != limit && goes_on(*at))
-      ++at;
-  }
-  length_ = static_cast<std::size_t>(at - begin);
+  length_ = 0;
+  while (length_ < longest_token && begin + length_ != end_ && goes_on(begin[length_]))
+    ++length_;
   peeked_ = true;
 }

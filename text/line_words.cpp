@@ -19,9 +19,11 @@ std::uint64_t parting(const wide_char* units) {
   using Bytes = std::uint8_t __attribute__((vector_size(units_at_once)));
   Units line;
   std::memcpy(&line, units, sizeof line);
-  const auto found = (line == u' ') | (line == u'\t') | (line == u'\n');
+  const auto found = (line == std::uint16_t{u' '}) | (line == std::uint16_t{u'\t'}) |
+                     (line == std::uint16_t{u'\n'});
   const Bytes bytes = __builtin_convertvector(found, Bytes);
-  auto marks = std::bit_cast<std::uint64_t>(bytes);
+  std::uint64_t marks = 0;
+  std::memcpy(&marks, &bytes, sizeof marks);
   if constexpr (std::endian::native == std::endian::big) marks = __builtin_bswap64(marks);
   // The product brings the lowest bit of byte i to bit 56 + i.
   return (marks & 0x0101010101010101) * 0x0102040810204080 >> 56;

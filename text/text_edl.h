@@ -181,7 +181,7 @@ class EDL_API CTextEdl : public CGenericEdl {
 
  private:
   struct Run {
-    std::int32_t report;
+    std::int32_t report = 0;
     int last_kind = 0;
   };
 

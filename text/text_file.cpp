@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 
 #include "host/code_page.h"
@@ -31,8 +30,10 @@ std::size_t bytes_of_line(std::string_view bytes) {
   for (; bytes.size() - at >= sizeof(Bytes); at += sizeof(Bytes)) {
     Bytes line;
     std::memcpy(&line, bytes.data() + at, sizeof line);
-    const auto ends = (line == '\r') | (line == '\n') | (line == end_of_line_mark);
-    const auto words = std::bit_cast<std::array<std::uint64_t, 2>>(ends);
+    const auto ends = (line == std::uint8_t{'\r'}) | (line == std::uint8_t{'\n'}) |
+                      (line == std::uint8_t{end_of_line_mark});
+    std::array<std::uint64_t, 2> words{};
+    std::memcpy(&words, &ends, sizeof words);
     if ((words[0] | words[1]) != 0) break;
   }
   while (at < bytes.size() && !is_line_end(bytes[at]) &&

@@ -93,7 +93,7 @@ std::string shown_bytes(std::span<const std::byte> bytes) {
 }
 
 std::string shown_bytes_and_count(std::span<const std::byte> bytes) {
-  const std::string text = shown_bytes(bytes);
+  std::string text = shown_bytes(bytes);
   if (bytes.size() <= most_shown_bytes) return text;
   return text + "... (" + std::to_string(bytes.size()) + " bytes)";
 }

@@ -34,7 +34,7 @@ std::string number_text(std::uint64_t number, bool is_signed) {
 
 template <typename T>
 T read_as(Bytes bytes) {
-  T value;
+  T value{};
   std::memcpy(&value, bytes.data(), sizeof(T));
   return value;
 }

@@ -195,20 +195,20 @@ class Definer {
         define_extendible(object, type);
         break;
       case TypeKind::fixed_array:
-        set_type(object, pid::TypeDefinitionFixedArray_ElementType, *type.element);
+        set_type(object, pid::TypeDefinitionFixedArray_ElementType, type.element);
         step(set_value(object, pid::TypeDefinitionFixedArray_ElementCount, type.element_count));
         break;
       case TypeKind::variable_array:
-        set_type(object, pid::TypeDefinitionVariableArray_ElementType, *type.element);
+        set_type(object, pid::TypeDefinitionVariableArray_ElementType, type.element);
         break;
       case TypeKind::set:
-        set_type(object, pid::TypeDefinitionSet_ElementType, *type.element);
+        set_type(object, pid::TypeDefinitionSet_ElementType, type.element);
         break;
       case TypeKind::string:
-        set_type(object, pid::TypeDefinitionString_ElementType, *type.element);
+        set_type(object, pid::TypeDefinitionString_ElementType, type.element);
         break;
       case TypeKind::rename:
-        set_type(object, pid::TypeDefinitionRename_RenamedType, *type.element);
+        set_type(object, pid::TypeDefinitionRename_RenamedType, type.element);
         break;
       case TypeKind::record:
         define_record(object, type);
@@ -234,7 +234,7 @@ class Definer {
       names.put_text(member.name);
       values.put(static_cast<std::uint64_t>(member.value));
     }
-    set_type(object, pid::TypeDefinitionEnumeration_ElementType, *type.element);
+    set_type(object, pid::TypeDefinitionEnumeration_ElementType, type.element);
     set_list(object, pid::TypeDefinitionEnumeration_ElementNames, names);
     set_list(object, pid::TypeDefinitionEnumeration_ElementValues, values);
   }
@@ -275,9 +275,10 @@ class Definer {
     if (!list.bytes().empty()) step(object.set_data(pid, list.bytes()));
   }
 
-  void set_type(StoredObject& object, std::uint16_t pid, const TypeDef& type) {
+  void set_type(StoredObject& object, std::uint16_t pid, const TypeDef* type) {
     WeakTarget target;
-    step(target_of_type(m_file, type.identifier, target));
+    step(type == nullptr ? AAFRESULT_BADCONTAINER
+                         : target_of_type(m_file, type->identifier, target));
     if (m_result >= 0) step(object.set_weak(pid, target));
   }
 

@@ -25,9 +25,7 @@ AAFRESULT aaf_result(Result result) {
     case Result::unsupported:
       return AAFRESULT_FILEREV_NOT_SUPP;
     case Result::damaged:
-      return AAFRESULT_BADCONTAINER;
     case Result::overlapping:
-      return AAFRESULT_BADCONTAINER;
     case Result::truncated:
       return AAFRESULT_BADCONTAINER;
     case Result::too_large:
