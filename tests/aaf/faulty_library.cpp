@@ -102,7 +102,9 @@ class WaveDescriptor final : public Object<IAAFEssenceDescriptor, IAAFWAVEDescri
 class SourceMob final : public Object<IAAFMob, IAAFSourceMob> {
  public:
   HRESULT GetEssenceDescriptor(IAAFEssenceDescriptor** out) override {
-    return hand_out<WaveDescriptor>(out);
+    if (library.described) return hand_out<WaveDescriptor>(out);
+    called();
+    return AAFRESULT_PROP_NOT_PRESENT;
   }
 
  private:
@@ -204,7 +206,7 @@ class Composition final : public Object<IAAFMob, IAAFCompositionMob> {
   HRESULT GetMobID(aafMobID_t* out) override { return answer(out, mob_id(100)); }
   HRESULT GetName(aafCharacter* out, aafUInt32) override { return answer(out, L'c'); }
   HRESULT GetDefaultFade(aafDefaultFade_t* out) override { return answer(out, {}); }
-  HRESULT CountSlots(aafNumSlots_t* out) override { return answer(out, 1); }
+  HRESULT CountSlots(aafNumSlots_t* out) override { return answer(out, library.slot_count); }
   HRESULT GetSlots(IEnumAAFMobSlots** out) override {
     return hand_out<List<IEnumAAFMobSlots, IAAFMobSlot, Slot>>(out, 1U);
   }
@@ -237,18 +239,23 @@ class Dictionary final : public Object<IAAFDictionary> {
   ~Dictionary() override = default;
 };
 
+// Texts without an end.
 class Identification final : public Object<IAAFIdentification> {
  public:
-  HRESULT GetCompanyNameBufLen(aafUInt32* out) override { return answer(out, bytes); }
-  HRESULT GetCompanyName(aafCharacter* out, aafUInt32) override { return answer(out, L'n'); }
-  HRESULT GetProductNameBufLen(aafUInt32* out) override { return answer(out, bytes); }
-  HRESULT GetProductName(aafCharacter* out, aafUInt32) override { return answer(out, L'p'); }
+  HRESULT GetCompanyNameBufLen(aafUInt32* out) override { return answer(out, library.text_bytes); }
+  HRESULT GetCompanyName(aafCharacter* out, aafUInt32 bytes) override { return fill(out, bytes); }
+  HRESULT GetProductNameBufLen(aafUInt32* out) override { return answer(out, library.text_bytes); }
+  HRESULT GetProductName(aafCharacter* out, aafUInt32 bytes) override { return fill(out, bytes); }
   HRESULT GetDate(aafTimeStamp_t* out) override { return answer(out, {}); }
 
  private:
   ~Identification() override = default;
 
-  static constexpr aafUInt32 bytes = 2 * sizeof(aafCharacter);
+  static HRESULT fill(aafCharacter* out, aafUInt32 bytes) {
+    called();
+    std::fill_n(out, bytes / sizeof(aafCharacter), L'n');
+    return AAFRESULT_SUCCESS;
+  }
 };
 
 class Header final : public Object<IAAFHeader> {

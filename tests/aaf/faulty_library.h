@@ -22,6 +22,12 @@ struct FaultyLibrary {
   std::vector<Audio> audio{};
   // Of the numbers that the marks are. Bytes.
   std::uint32_t mark_size = 8;
+  // Slots that the composition says it has; it has one.
+  std::uint32_t slot_count = 1;
+  // The room that texts of the maker are said to need, all of which they fill. Bytes.
+  std::uint32_t text_bytes = 8;
+  // Source mobs tell the form of their audio.
+  bool described = true;
 
   long calls = 0;
   // Files opened, calls of their Close, and objects that somebody holds.

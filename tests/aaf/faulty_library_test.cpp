@@ -143,6 +143,41 @@ TEST_F(FaultyLibraryTest, AudioOfLessThanNoBytes) {
   EXPECT_EQ(copied(2), std::string(50, 'c'));
 }
 
+TEST_F(FaultyLibraryTest, AudioWhoseFormIsNotToldEndsTheImport) {
+  start({.audio = {{50, 50}}, .described = false});
+  EXPECT_EQ(import_path(path), 11);
+  EXPECT_THAT(locators(), IsEmpty());
+  expect_nothing_open();
+}
+
+// Slots are walked as long as there are any, and no memory is taken for their number.
+TEST_F(FaultyLibraryTest, SlotsThatAreCountedButNotThere) {
+  start({.slot_count = 0xFFFFFFFF});
+  EXPECT_EQ(import_path(path), 100);
+  EXPECT_THAT(locators(), ElementsAre(left_mark, right_mark));
+  EXPECT_LT(library->calls, 1000);
+  expect_nothing_open();
+}
+
+// Read up to a mebibyte, in which nothing ends them.
+TEST_F(FaultyLibraryTest, TextsOfAnyLength) {
+  struct Row {
+    std::uint32_t bytes;
+    std::intptr_t characters;
+  };
+  constexpr Row rows[] = {{0, 0},        {3, 0},         {4, 1},
+                          {7, 1},        {400, 100},     {0x100000, 0x40000},
+                          {0x100001, 0}, {0xFFFFFFFF, 0}};
+  for (const Row& row : rows) {
+    start({.text_bytes = row.bytes});
+    EXPECT_EQ(import_path(path), 100) << row.bytes;
+    ASSERT_NE(aaf().report(), nullptr);
+    EXPECT_EQ(aaf().report()->company_name.GetLength(), row.characters) << row.bytes;
+    EXPECT_EQ(aaf().report()->product_name.GetLength(), row.characters) << row.bytes;
+    expect_nothing_open();
+  }
+}
+
 TEST_F(FaultyLibraryTest, MarksOfAnotherTypeAreNone) {
   for (const std::uint32_t size : {0U, 1U, 2U, 4U, 7U, 9U, 16U, 0xFFFFFFFFU}) {
     start({.mark_size = size});
