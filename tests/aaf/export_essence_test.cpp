@@ -391,16 +391,21 @@ TEST(ExportedPackets, ThatComeWhenTheExportIsOverAreIgnored) {
   }
 }
 
-// Its clips would play the mobs of other sources.
+// The edits behind it would play the audio of others. The last source has a channel that is
+// not heard, so that there are mobs enough for all that are.
 TEST(FailedExport, OfAudioThatGoesAwayLeavesNothing) {
-  ExportScene scene;
-  scene.add({.in = 0, .out = 10}, &scene.add_audio(1, 10));
-  FakeAudCnt& leaving = scene.add_audio(1, 10);
-  scene.add({.in = 10, .out = 20}, &leaving);
-  scene.add({.in = 20, .out = 30}, &scene.add_audio(1, 10));
-  scene.host.windows.on_position = [&](std::uint32_t) { leaving.available = false; };
-  EXPECT_EQ(scene.run(), 0);
-  EXPECT_FALSE(scene.exists());
+  for (const bool leaves : {false, true}) {
+    ExportScene scene;
+    scene.add({.in = 0, .out = 10}, &scene.add_audio(1, 10));
+    FakeAudCnt& leaving = scene.add_audio(1, 10);
+    scene.add({.in = 10, .out = 20}, &leaving);
+    FakeAudCnt& last = scene.add_audio(2, 10);
+    scene.add({.in = 20, .out = 30}, &last);
+    scene.add({.in = 30, .out = 30, .streams = 2}, &last);
+    scene.host.windows.on_position = [&](std::uint32_t) { leaving.available = !leaves; };
+    EXPECT_EQ(scene.run(), leaves ? 0 : 101);
+    EXPECT_EQ(scene.exists(), !leaves);
+  }
 }
 
 TEST(ExternalAudio, IsNamedBesideTheFileByAnAddress) {
