@@ -44,7 +44,9 @@ class FaultyLibraryTest : public AafImportTest {
     *library = std::move(anew);
     importer = std::make_unique<CAAFEdlFile>(&edl);
     delete_all(*edl.get_locator_list());
+    std::filesystem::remove(report_path());
   }
+  [[nodiscard]] std::string report_path() const { return folder.file("AAFImportlog_x.htm"); }
   [[nodiscard]] std::string copied(int item) const {
     return read_file(audio_folder->path + "/" + std::to_string(item) + "_0_0.wav");
   }
@@ -98,6 +100,7 @@ TEST_P(ThrowingLibraryTest, AnyCallThatThrowsEndsTheImport) {
     EXPECT_GE(library->calls, call);
     EXPECT_EQ(library->opened, call == 1 ? 0 : 1);
     EXPECT_THAT(locators(), IsEmpty()) << call;
+    EXPECT_TRUE(file_exists(report_path())) << call;
     expect_nothing_open();
   }
 }
