@@ -53,6 +53,17 @@ void read_text(IAAFIdentification* from, Length length, Text text, CString& out)
   out = through_code_page(text_from_aaf(aaf_string_view(buffer.data())));
 }
 
+// A library of another make may let its own faults out; false when it does. What Close
+// answers says nothing about a file that was only read.
+bool close_read_file(IAAFFile& file) {
+  try {
+    file.Close();
+  } catch (...) {
+    return false;
+  }
+  return true;
+}
+
 AafRef<IEnumAAFMobs> composition_mobs(IAAFHeader* header) {
   aafSearchCrit_t criterion{};
   criterion.searchTag = kAAFByMobKind;
@@ -91,17 +102,17 @@ bool CAAFEdlFile::open_and_read(const wide_char* path) {
   if (AAFDLL::AAFFileOpenExistingRead(aaf_from_text(path).c_str(), 0, file.put()) != 0)
     return false;
   bool read = false;
-  // A library of another make may let its own faults out.
+  // A library of another make may let its own faults out. That memory ran out is for the
+  // program to tell.
   try {
     read = read_open_file(*file.get());
   } catch (const std::bad_alloc&) {
-    file->Close();
+    static_cast<void>(close_read_file(*file.get()));
     throw;
   } catch (...) {
     read = false;
   }
-  file->Close();
-  return read;
+  return close_read_file(*file.get()) && read;
 }
 
 bool CAAFEdlFile::read_open_file(IAAFFile& file) {

@@ -28,6 +28,8 @@ class IntegerType final : public Adds<TypeObject, IAAFTypeDefInt> {
     ValueObject* value = nullptr;
     std::vector<std::byte> number;
     if (const HRESULT r = value_of(definition(), pPropVal, value); r < 0) return r;
+    // A file may store any number of bytes; what is not as long as its type is no number.
+    if (value->bytes.size() != definition().size_bytes) return AAFRESULT_BAD_SIZE;
     if (!convert(value->bytes, valSize, number)) return AAFRESULT_BAD_SIZE;
     std::memcpy(pVal, number.data(), number.size());
     return AAFRESULT_SUCCESS;

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "aaf/aaf_ids.h"
+#include "aaf/aaf_numbers.h"
 #include "aaf/aaf_ref.h"
 #include "aaf/aaf_text.h"
 
@@ -121,6 +124,65 @@ TEST(AafRefTest, WithoutTheInterfaceItStaysEmpty) {
   EXPECT_FALSE(AAF_QUERY(IAAFFile, &object));
   EXPECT_FALSE(AAF_QUERY(IAAFFile, nullptr));
   EXPECT_EQ(object.references, 1U);
+}
+
+constexpr std::int64_t most = 0x7FFFFFFFFFFFFFFF;
+constexpr std::int64_t least = -most - 1;
+
+TEST(AafNumbersTest, SumsStopAtTheEnds) {
+  EXPECT_EQ(aaf::sum(most - 1, 1), most);
+  EXPECT_EQ(aaf::sum(most, 1), most);
+  EXPECT_EQ(aaf::sum(1, most), most);
+  EXPECT_EQ(aaf::sum(most, most), most);
+  EXPECT_EQ(aaf::sum(least, -1), -most);
+  EXPECT_EQ(aaf::sum(least, least), -most);
+  EXPECT_EQ(aaf::sum(most, least), -1);
+}
+
+TEST(AafNumbersTest, DifferencesStopAtTheEnds) {
+  EXPECT_EQ(aaf::difference(5, 7), -2);
+  EXPECT_EQ(aaf::difference(most, -1), most);
+  EXPECT_EQ(aaf::difference(0, least), most);
+  EXPECT_EQ(aaf::difference(-2, most), -most);
+  EXPECT_EQ(aaf::difference(least, 1), -most);
+  EXPECT_EQ(aaf::difference(least, least), 0);
+}
+
+TEST(AafNumbersTest, EveryNumberHasAnInteger) {
+  constexpr double endless = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(aaf::truncated(1.999), 1);
+  EXPECT_EQ(aaf::truncated(-1.999), -1);
+  EXPECT_EQ(aaf::truncated(endless), most);
+  EXPECT_EQ(aaf::truncated(-endless), -most);
+  EXPECT_EQ(aaf::truncated(std::numeric_limits<double>::quiet_NaN()), 0);
+  // The two doubles on either side of 2 to the 63rd.
+  EXPECT_EQ(aaf::truncated(9223372036854775808.0), most);
+  EXPECT_EQ(aaf::truncated(9223372036854774784.0), 9223372036854774784);
+  EXPECT_EQ(aaf::truncated(-9223372036854775808.0), -most);
+  EXPECT_EQ(aaf::truncated(-9223372036854774784.0), -9223372036854774784);
+}
+
+TEST(AafNumbersTest, SharesAreExactOrStopAtTheEnds) {
+  EXPECT_EQ(aaf::scaled(7, 3, 2), 10);
+  EXPECT_EQ(aaf::scaled(-7, 3, 2), -10);
+  EXPECT_EQ(aaf::scaled(7, 3, 0), 0);
+  // Beyond what a double tells apart.
+  EXPECT_EQ(aaf::scaled(9007199254740993, 1, 1), 9007199254740993);
+  EXPECT_EQ(aaf::scaled(least, 1, -1), most);
+  EXPECT_EQ(aaf::scaled(most, most, 1), most);
+  EXPECT_EQ(aaf::scaled(most, -most, 1), -most);
+  // 2 to the 62nd, twice, by 2 to the 62nd.
+  EXPECT_EQ(aaf::scaled(4611686018427387904, 4611686018427387904, 4611686018427387904),
+            4611686018427387904);
+}
+
+TEST(AafNumbersTest, ARateHasTwoPositiveNumbers) {
+  EXPECT_TRUE(aaf::is_positive({1, 1}));
+  EXPECT_FALSE(aaf::is_positive({0, 1}));
+  EXPECT_FALSE(aaf::is_positive({1, 0}));
+  EXPECT_FALSE(aaf::is_positive({-25, 1}));
+  EXPECT_FALSE(aaf::is_positive({25, -1}));
+  EXPECT_FALSE(aaf::is_positive({-25, -1}));
 }
 
 }  // namespace

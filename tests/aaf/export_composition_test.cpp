@@ -464,6 +464,16 @@ TEST(ExportedPan, OfAStreamWithoutEditsLastsForItsSecond) {
   EXPECT_EQ(ReadFile(scene.path()).pan(0), "48000 [24000/48000 100000000/100000000]");
 }
 
+TEST(ExportedPan, BehindTheLastStepIsTheLastStep) {
+  ExportScene scene;
+  scene.host.app.aaf_export_pan_automation = 1;
+  scene.add({.in = 0, .out = 1000});
+  scene.add_automation(2, 0, {{0, 505}, {1000, 4000000000}});
+  ASSERT_EQ(scene.run(), 101);
+  EXPECT_EQ(ReadFile(scene.path()).pan(0),
+            "1000 [0/1000 100000000/100000000 1000/1000 100000000/100000000]");
+}
+
 // 3,000,000,000 samples: halved.
 TEST(ExportedPan, OfTimesAbove32BitsKeepsTheirShare) {
   ExportScene scene;

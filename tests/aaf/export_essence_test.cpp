@@ -342,6 +342,72 @@ TEST(FailedExport, OfPacketsThatAreNotItsOwnDoesNotWaitForEver) {
   EXPECT_FALSE(scene.exists());
 }
 
+// A service that holds no more of the last block than the channel has; once it comes in its
+// turn, once it waits for the block before it.
+TEST(ExportedPackets, OfALastBlockThatIsShortReadNoMore) {
+  for (const std::size_t second : {std::size_t{0}, std::size_t{1}}) {
+    ExportScene scene;
+    FakeAudCnt& audio = scene.add_audio(1, 2 * block + 5, 16);
+    scene.add({.in = 0, .out = 10}, &audio);
+    scene.host.sound.picks = {0, second, 0};
+    scene.host.windows.on_position = [&](std::uint32_t) {
+      for (auto& request : scene.host.sound.waiting)
+        if (request.position == std::int64_t{2 * block}) request.count = 5;
+    };
+    ASSERT_EQ(scene.run(), 101);
+    EXPECT_EQ(scene.host.sound.deliveries, 3);
+    EXPECT_EQ(samples_of(ReadFile(scene.path()).essence("take 0"), false),
+              expected_bytes(audio.channels[0]->samples, 16, false));
+  }
+}
+
+// A service that delivers once more what has been delivered or given up.
+TEST(ExportedPackets, ThatComeWhenTheExportIsOverAreIgnored) {
+  for (const bool cancelled : {false, true}) {
+    ExportScene scene;
+    scene.host.windows.cancel_at_position = cancelled ? 2 : 0;
+    scene.host.boxes.default_message_answer = box_answer_yes;
+    scene.host.sound.picks = {2, 0};
+    scene.add({.in = 0, .out = 10}, &scene.add_audio(1, 3 * block, 16));
+    auto exporter = scene.exporter();
+    const std::u16string path = text_from_utf8(scene.path());
+    EXPECT_EQ(exporter->export_edl(path.c_str(), 0), cancelled ? 0 : 101);
+    const std::string written = cancelled ? "" : support::read_file(scene.path());
+    std::vector<std::int32_t> samples(block);
+    const auto deliver_again = [&] {
+      for (const auto& request : scene.host.sound.requested) {
+        request.callback(samples.data(), request.packet, 0);
+        request.callback(nullptr, request.packet, 1);
+      }
+    };
+    const int cancels = scene.host.sound.cancels;
+    deliver_again();
+    exporter.reset();
+    deliver_again();
+    EXPECT_EQ(scene.host.sound.requested.size(), 3U);
+    EXPECT_EQ(scene.host.sound.cancels, cancels);
+    EXPECT_EQ(scene.exists(), !cancelled);
+    EXPECT_EQ(cancelled ? "" : support::read_file(scene.path()), written);
+  }
+}
+
+// The edits behind it would play the audio of others. The last source has a channel that is
+// not heard, so that there are mobs enough for all that are.
+TEST(FailedExport, OfAudioThatGoesAwayLeavesNothing) {
+  for (const bool leaves : {false, true}) {
+    ExportScene scene;
+    scene.add({.in = 0, .out = 10}, &scene.add_audio(1, 10));
+    FakeAudCnt& leaving = scene.add_audio(1, 10);
+    scene.add({.in = 10, .out = 20}, &leaving);
+    FakeAudCnt& last = scene.add_audio(2, 10);
+    scene.add({.in = 20, .out = 30}, &last);
+    scene.add({.in = 30, .out = 30, .streams = 2}, &last);
+    scene.host.windows.on_position = [&](std::uint32_t) { leaving.available = !leaves; };
+    EXPECT_EQ(scene.run(), leaves ? 0 : 101);
+    EXPECT_EQ(scene.exists(), !leaves);
+  }
+}
+
 TEST(ExternalAudio, IsNamedBesideTheFileByAnAddress) {
   ExportScene scene;
   scene.host.app.aaf_embed_audio = 0;

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "tests/aaf/import_fixture.h"
+#include "tests/support/faulty_files.h"
 
 using namespace support;
 using testing::ElementsAre;
@@ -173,6 +174,56 @@ TEST_P(ImportEssenceTest, AFileThatCannotBeMadeIsPassedOver) {
   // Nothing was written, so it is the folder of the AAF file that is looked at again.
   EXPECT_THAT(host.places.refreshed, ElementsAre(folder.path()));
   EXPECT_THAT(host.windows.windows.at(0)->texts, IsEmpty());
+}
+
+// What the system refuses to write is missing in the copy; the edit is there, and so is
+// the audio behind it.
+TEST_P(ImportEssenceTest, AWriteThatIsRefusedSpoilsTheCopyAlone) {
+  const std::string bytes = pattern(3 * block_bytes);
+  const std::string others = pattern(1'000);
+  const AafTake first = embedded({}, bytes);
+  const AafTake second = embedded({}, others);
+  file().composition({.slots = {sound({clip(first, 10), clip(second, 10)})}});
+  {
+    const FaultyFiles none(FileFaults::Operation::write, 0);
+    ASSERT_EQ(import(), 100);
+    EXPECT_EQ(aaf().output_incomplete(), 0);
+    EXPECT_TRUE(copied("2_7_9.wav") == bytes);
+  }
+  for (int nth = 1; nth <= 4; ++nth) {
+    importer = std::make_unique<CAAFEdlFile>(&edl);
+    const FaultyFiles full(FileFaults::Operation::write, nth, ENOSPC);
+    ASSERT_EQ(import_path(path), 100) << nth;
+    EXPECT_EQ(full.failed(), 1);
+    EXPECT_NE(aaf().output_incomplete(), 0) << nth;
+    EXPECT_EQ(copied("2_7_9.wav") == bytes, nth == 4) << nth;
+    EXPECT_EQ(copied("4_7_9.wav") == others, nth != 4) << nth;
+  }
+  EXPECT_EQ(edits().size(), 10U);
+}
+
+// The stored size of the first is not that of what is stored.
+TEST_P(ImportEssenceTest, AudioThatIsCutOffInTheFileEndsTheImport) {
+  constexpr std::size_t size = 5'123;
+  const AafTake first = embedded({}, pattern(size));
+  static_cast<void>(embedded({}, pattern(100'000)));
+  file().composition({.slots = {sound({clip(first, 10)})}});
+  file().save();
+  const std::string whole = read_file(path);
+  const std::string stored = {'\x03', '\x14', '\0', '\0', '\0', '\0', '\0', '\0'};
+  const std::size_t at = whole.find(stored);
+  ASSERT_NE(at, std::string::npos);
+  ASSERT_EQ(whole.find(stored, at + 1), std::string::npos);
+  // 16 and 70 KiB, for which the file has room, and 1 GiB.
+  for (const auto& [place, byte] : {std::pair{1, '\x40'}, {2, '\x01'}, {3, '\x40'}}) {
+    std::string bytes = whole;
+    bytes[at + static_cast<std::size_t>(place)] = byte;
+    path = folder.file(std::to_string(place) + ".aaf");
+    write_file(path, bytes);
+    importer = std::make_unique<CAAFEdlFile>(&edl);
+    EXPECT_EQ(import_path(path), 11) << place;
+    EXPECT_THAT(edits(), IsEmpty());
+  }
 }
 
 TEST_P(ImportEssenceTest, WithoutAudioTheFolderOfTheFileIsLookedAt) {

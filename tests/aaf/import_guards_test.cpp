@@ -308,6 +308,60 @@ TEST_P(ImportGuardsTest, ADateThatIsNone) {
   EXPECT_THAT(host.browser.opened, IsEmpty());
 }
 
+// A slot with the marks 10 and 20, and a second one with 30 and 40. As the file stores the
+// marks of the first, both together have 16 bytes, so that the rest stays where it is.
+class MarkLengthsTest : public BothWaysImportTest {
+ protected:
+  MarkLengthsTest() {
+    AafSlot first = timecode(0, 25);
+    first.mark_in = 10;
+    first.mark_out = 20;
+    AafSlot second = timecode(0, 25);
+    second.mark_in = 30;
+    second.mark_out = 40;
+    file().composition({.slots = {first, second}});
+    file().save();
+    bytes_ = read_file(path);
+  }
+
+  // With the first mark of so many bytes, and the other of what is left.
+  void import_marks(std::size_t in_bytes) {
+    std::string bytes = bytes_;
+    set_length(bytes, '\x03', in_bytes);
+    set_length(bytes, '\x04', 16 - in_bytes);
+    write_file(path, bytes);
+    importer = std::make_unique<CAAFEdlFile>(&edl);
+    delete_all(*edl.get_locator_list());
+    ASSERT_EQ(import_path(path), 100);
+  }
+
+ private:
+  // Of the first entry of the property 4Bxx with plain data of 8 bytes.
+  static void set_length(std::string& bytes, char property, std::size_t length) {
+    const std::string entry = {property, '\x4b', '\x82', '\0', '\x08', '\0'};
+    const std::size_t at = bytes.find(entry);
+    ASSERT_NE(at, std::string::npos);
+    bytes[at + 4] = static_cast<char>(length);
+  }
+
+  std::string bytes_;
+};
+INSTANTIATE_TEST_SUITE_P(, MarkLengthsTest, both_ways(), way_name);
+
+TEST_P(MarkLengthsTest, OfEightBytesTheFirstMarksCount) {
+  import_marks(8);
+  EXPECT_THAT(locators(), ElementsAre("LEFT_LOCATOR\t\t\t 10", "RIGHT_LOCATOR\t\t 20"));
+}
+
+// Neither is a mark, so the next slot is asked.
+TEST_P(MarkLengthsTest, OfAnyOtherLengthTheyAreNone) {
+  for (std::size_t length = 0; length <= 16; ++length) {
+    if (length == 8) continue;
+    import_marks(length);
+    EXPECT_THAT(locators(), ElementsAre("LEFT_LOCATOR\t\t\t 30", "RIGHT_LOCATOR\t\t 40")) << length;
+  }
+}
+
 // Small files that describe more than any machine holds.
 class ImportBudgetTest : public WithChains<AafImportTest> {};
 
