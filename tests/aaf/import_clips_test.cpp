@@ -119,6 +119,14 @@ TEST_P(ImportClipsTest, ADefaultFadeInFramesComesOutAsNothing) {
   EXPECT_THAT(host.app.crossfade_lengths_set, ElementsAre(0));
 }
 
+TEST_P(ImportClipsTest, WithoutAnyClipTheDefaultFadeIsOffered) {
+  host.app.default_crossfade_length = 7;
+  ASSERT_EQ(import_composition(
+                {.slots = {sound({filler(10)})}, .default_fade = AafDefaultFade{.length = 480}}),
+            100);
+  EXPECT_THAT(boxes(), ElementsAre("[24732]"));
+}
+
 TEST_P(ImportClipsTest, SoundSlotsAloneBecomeStreams) {
   const AafTake source = take();
   AafSlot picture{.segment = filler(100).with_data(kAAFDataDef_Picture)};

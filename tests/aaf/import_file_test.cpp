@@ -6,6 +6,7 @@
 #include "aaf/aaf_dll.h"
 #include "aaf/aaf_rates.h"
 #include "aaf/aaf_text.h"
+#include "core/generic_edl_video_entry.h"
 #include "tests/aaf/import_fixture.h"
 
 using namespace support;
@@ -146,6 +147,29 @@ TEST_P(ImportFileTest, NewEntriesStandBehindThoseThatAreThere) {
   ASSERT_EQ(import({sound({clip(take(), 10)})}), 100);
   ASSERT_EQ(entries().size(), 2U);
   EXPECT_EQ(entries()[0], before);
+}
+
+// Positions of pictures count frames until an import that is read turns them into samples.
+TEST_P(ImportFileTest, PicturesOfTheListAreRescaled) {
+  auto* const picture = new CGenericEdlVideoEntry(&edl);
+  edl.get_video_list()->AddTail(picture);
+  picture->dest_in = 1;
+  picture->dest_out = 3;
+  picture->source_in = 7;
+  picture->source_out = -2;
+  picture->dest_length = 9;
+  const auto positions = [picture] {
+    return std::vector{picture->dest_in, picture->dest_out, picture->source_in, picture->source_out,
+                       picture->dest_length};
+  };
+  EXPECT_EQ(import_path(path), 11);
+  EXPECT_THAT(positions(), ElementsAre(1, 3, 7, -2, 9));
+
+  importer = std::make_unique<CAAFEdlFile>(&edl);
+  ASSERT_EQ(import({timecode(0, 29), sound({clip(take(), 10)})}), 100);
+  // 1601.6 samples a frame, cut.
+  EXPECT_THAT(positions(), ElementsAre(1601, 4804, 11'211, -3203, 9));
+  EXPECT_EQ(picture->detail_words[0], 48'000U);
 }
 
 TEST_P(ImportFileTest, TheFileIsClosedOnEveryWay) {

@@ -90,6 +90,46 @@ TEST_P(ImportNestedTest, TheFadeBeforeItGoesToItsFirstClip) {
                                    Edit{.in = 120, .length = 20}));
 }
 
+TEST_P(ImportNestedTest, TheCurveAndTheOffsetBeforeItGoToItsFirstClipAsWell) {
+  host.app.curve_count = 2;
+  host.app.curves[0].fill(7);
+  host.app.set_straight_curve(1);
+  const AafTake source = take();
+  const AafPart joint = dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)});
+  const aafMobID_t inner = nested({sound({clip(source, 200)})});
+  ASSERT_EQ(import_top({sound({clip(source, 200), joint, clip(inner, 100)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 50, .source = 50, .fade_in = 50}));
+  EXPECT_EQ(entry(1).fade_in_curve, 1);
+}
+
+// What the outer clip would have faded in with; its fade-out is lost.
+TEST_P(ImportNestedTest, TheFadeInOfTheClipGoesToItsFirstClip) {
+  const AafTake source = take();
+  const AafFades own = {10, kAAFFadeLinearPower, 20, kAAFFadeLinearPower};
+  const aafMobID_t inner = nested({sound({clip(source, 60), clip(source, 40)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 100).with_fades(own)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 60, .fade_in = 10},
+                                   Edit{.in = 60, .length = 40}));
+  EXPECT_EQ(entry(0).fade_in_curve, 114);
+}
+
+// Defaults are those of the composition that is walked, and an inner one has none.
+TEST_P(ImportNestedTest, TheDefaultFadeReachesOnlyTheHeadOfAnInnerOne) {
+  host.app.default_crossfade_length = 25;
+  const AafTake source = take();
+  const aafMobID_t inner =
+      file().composition({.slots = {sound({clip(source, 60), clip(source, 40)})},
+                          .default_fade = AafDefaultFade{.length = 7}});
+  ASSERT_EQ(import_composition({.slots = {sound({clip(inner, 100)})},
+                                .usage = kAAFUsage_TopLevel,
+                                .default_fade = AafDefaultFade{.length = 25}}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 60, .fade_in = 25},
+                                   Edit{.in = 60, .length = 40}));
+  EXPECT_THAT(boxes(), IsEmpty());
+}
+
 TEST_P(ImportNestedTest, TransitionsInside) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});

@@ -279,6 +279,17 @@ TEST_P(ImportOperationsTest, AnUnknownComponentBehindAClipTakesItsLength) {
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}, Edit{.in = 140, .length = 10}));
 }
 
+// What ended the slot before does not hold back the first component of the next.
+TEST_P(ImportOperationsTest, AnUnknownComponentAtTheHeadOfASlotTakesItsLength) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({gain(100, {1, 2}, clip(source, 100))}),
+                    AafSlot{.segment = essence_group(40, {clip(source, 40)})},
+                    sound({essence_group(40, {clip(source, 40)}), clip(source, 10)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 100},
+                                   Edit{.stream = 2, .in = 40, .length = 10}));
+}
+
 class GroupLengthTest : public AafImportTest {
  protected:
   void import_longer() {
