@@ -130,6 +130,19 @@ TEST_P(ImportNestedTest, TheDefaultFadeReachesOnlyTheHeadOfAnInnerOne) {
   EXPECT_THAT(boxes(), IsEmpty());
 }
 
+// A filler before the window does not take the fade away, one in it does.
+TEST_P(ImportNestedTest, OnlyAFillerInTheWindowStopsTheFadeBeforeIt) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({filler(20), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(source, 100), transition(10), clip(inner, 50, 20)}),
+                        sound({clip(source, 100), transition(10), clip(inner, 50, 19)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.stream = 1, .in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.stream = 0, .in = 90, .length = 50, .fade_in = 10},
+                                   Edit{.stream = 1, .in = 91, .length = 49}));
+}
+
 TEST_P(ImportNestedTest, TransitionsInside) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});

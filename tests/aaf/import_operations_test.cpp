@@ -181,6 +181,28 @@ TEST_P(ImportOperationsTest, ATransitionTrimsTheClipOfAGroup) {
   EXPECT_THAT(levels(), ElementsAre(0.5F, 0.25F));
 }
 
+TEST_P(ImportOperationsTest, ATransitionTrimsTheClipOfAScope) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({scope(100, {sequence({clip(source, 100)}),
+                                       group(100, some_operation, {scope_reference(100)})}),
+                           transition(10), clip(source, 50)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.in = 90, .length = 50, .fade_in = 10}));
+}
+
+// Only what plays a clip itself is trimmed, and not what holds others.
+TEST_P(ImportOperationsTest, ATransitionDoesNotTrimTheClipOfASequenceOrSelector) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({sequence({clip(source, 100)}), transition(10), clip(source, 50)}),
+                    sound({selector(100, clip(source, 100)), transition(10), clip(source, 50)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .in = 0, .length = 100},
+                                   Edit{.stream = 1, .in = 0, .length = 100},
+                                   Edit{.stream = 0, .in = 90, .length = 50, .fade_in = 10},
+                                   Edit{.stream = 1, .in = 90, .length = 50, .fade_in = 10}));
+}
+
 TEST_P(ImportOperationsTest, ASequenceInASequence) {
   const AafTake source = take();
   ASSERT_EQ(import({sound({sequence({filler(10), clip(source, 20)}), clip(source, 30)})}), 100);
