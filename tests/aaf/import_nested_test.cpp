@@ -229,6 +229,16 @@ TEST_P(ImportNestedTest, ATransitionAtTheHeadOfTheWindow) {
                                    Edit{.in = 5, .length = 50, .source = 5, .fade_in = 10}));
 }
 
+// A transition that lies behind the window takes the parent back as well, when it comes
+// within its own length of the window.
+TEST_P(ImportNestedTest, TransitionsBehindTheWindow) {
+  const AafTake source = take();
+  const aafMobID_t inner =
+      nested({sound({clip(source, 100), transition(10), transition(10), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 85)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 85}, Edit{.in = 65, .length = 5}));
+}
+
 class NestedStreamTest : public AafImportTest {
  protected:
   void import_gain_on_stream_three() {

@@ -228,6 +228,24 @@ TEST_P(ImportOperationsTest, GainOnAScopeReferenceReachesTheLayerBefore) {
   EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F));
 }
 
+TEST_P(ImportOperationsTest, BehindAScopeAReferenceReachesNothing) {
+  const AafTake source = take();
+  const AafPart layer = sequence({clip(source, 50), clip(source, 50)});
+  ASSERT_EQ(import({sound({scope(100, {layer}), gain(50, {1, 2}, scope_reference(50))})}), 100);
+  EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
+}
+
+// An inner scope ends the outer one as far as references go.
+TEST_P(ImportOperationsTest, BehindAnInnerScopeAReferenceReachesNothing) {
+  const AafTake source = take();
+  const AafPart inner = scope(50, {sequence({clip(source, 50)})});
+  ASSERT_EQ(import({sound({scope(100, {inner, sequence({clip(source, 50)}),
+                                       gain(50, {1, 2}, scope_reference(50))})})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 50}, Edit{.in = 50, .length = 50}));
+  EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
+}
+
 TEST_P(ImportOperationsTest, VaryingGainOnAScopeReference) {
   ASSERT_EQ(import({sound({filler(40), scope(100, {sequence({clip(take(), 100)}),
                                                    gain(100, level, scope_reference(100))})})}),
