@@ -129,6 +129,28 @@ TEST_P(ImportFileTest, OnlyTheLastProgramCounts) {
   EXPECT_THAT(report(), HasSubstr("Product Name&nbsp\t<TD>Last\r\n"));
 }
 
+// Whatever a file says of itself is read as far as it is there.
+TEST_P(ImportFileTest, AFileWithoutItsMakersIsReadAllTheSame) {
+  product.product = L"ProTools";
+  file().set_operational_pattern(kAAFOPDef_EditProtocol);
+  file().composition({.slots = {sound({clip(take(), 10)})}});
+  file().save();
+  // The list of makers as the header holds it: its number, and how it is stored.
+  const std::string list = {0x06, 0x3b, 0x32, 0x00};
+  std::string bytes = read_file(path);
+  const std::size_t at = bytes.find(list);
+  ASSERT_NE(at, std::string::npos);
+  ASSERT_EQ(bytes.find(list, at + 1), std::string::npos);
+  bytes.replace(at, 2, "\xF0\xFF");
+  write_file(path, bytes);
+  ASSERT_EQ(import_path(path), 100);
+  EXPECT_EQ(entry(0).source_is_timestamped, 1);
+  const std::string text = report();
+  EXPECT_THAT(text, HasSubstr("Product Name&nbsp\t<TD>\r\n"));
+  EXPECT_THAT(text, HasSubstr("AAF Version&nbsp\t<TD>v1."));
+  EXPECT_THAT(text, HasSubstr("Labelled as Edit Protocol&nbsp\t<TD>Yes\r\n"));
+}
+
 TEST_P(ImportFileTest, AFailureInTheWalkLeavesTheListsAsTheyWere) {
   AafSlot clock = timecode(0, 25);
   clock.mark_in = 5;

@@ -188,6 +188,19 @@ TEST_P(ImportTransitionsTest, NoFadeIsLongerThanItsClip) {
                                    Edit{.in = 50, .length = 30, .fade_in = 30}));
 }
 
+// What the offset takes off the clip does not count there.
+TEST_P(ImportTransitionsTest, BehindAnOffsetTheFadesMayBeLongerThanTheClip) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({clip(source, 200),
+                           dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)}),
+                           clip(source, 100).with_fades({.out_length = 100})})}),
+            100);
+  EXPECT_THAT(
+      edits(),
+      ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                  Edit{.in = 150, .length = 50, .source = 50, .fade_in = 50, .fade_out = 50}));
+}
+
 TEST_P(ImportTransitionsTest, TheFadeOfATransitionGoesBeforeTheClipsOwn) {
   const AafTake source = take();
   const AafFades own = {.in_length = 7, .in_type = kAAFFadeLinearPower};
