@@ -281,6 +281,27 @@ TEST_P(ImportClipsTest, ARateThatChangesIsToldOnce) {
   EXPECT_EQ(aaf().sample_rate_index(), 2);
 }
 
+// A rate without an index is no change of rate, neither to it nor from it.
+TEST_P(ImportClipsTest, ARateWithoutAnIndexIsLeftOutOfTheComparison) {
+  const AafTake odd = file().source({.sample_rate = {22050, 1}});
+  const AafTake usual = file().source({});
+  ASSERT_EQ(import({sound({clip(odd, 10), clip(usual, 10), clip(odd, 10), clip(usual, 10)})}), 100);
+  EXPECT_THAT(boxes(), ElementsAre("[24731] 22050"));
+  EXPECT_EQ(aaf().sample_rate_index(), 2);
+}
+
+// Each is told once, and every clip counts at its own rate on the timeline too.
+TEST_P(ImportClipsTest, AClipOfAnotherRateLandsWhereItsRatePutsIt) {
+  const AafTake usual = file().source({.slot_rate = at_25});
+  const AafTake odd = file().source({.sample_rate = {22050, 1}, .slot_rate = at_25});
+  const AafTake other = file().source({.sample_rate = {44100, 1}, .slot_rate = at_25});
+  ASSERT_EQ(import({sound({clip(usual, 25), clip(odd, 25), clip(other, 25)}, at_25)}), 100);
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.in = 0, .length = 48'000}, Edit{.in = 22'050, .length = 22'050},
+                          Edit{.in = 88'200, .length = 44'100}));
+  EXPECT_THAT(boxes(), ElementsAre("[24731] 22050", "[24730] 48000"));
+}
+
 TEST_P(ImportClipsTest, AnotherRateThanTheHostsIsAskedAboutAndTaken) {
   for (const int answer : {box_answer_yes, box_answer_no}) {
     host.boxes.shown.clear();
