@@ -302,6 +302,15 @@ TEST_P(ImportClipsTest, AClipOfAnotherRateLandsWhereItsRatePutsIt) {
   EXPECT_THAT(boxes(), ElementsAre("[24731] 22050", "[24730] 48000"));
 }
 
+// Two clips of one rate on end take the list along, whatever was told before.
+TEST_P(ImportClipsTest, ARateThatStaysChangedIsTaken) {
+  const AafTake first = file().source({});
+  const AafTake second = file().source({.sample_rate = {44100, 1}});
+  ASSERT_EQ(import({sound({clip(first, 10), clip(second, 10), clip(second, 10)})}), 100);
+  EXPECT_THAT(boxes(), ElementsAre("[24730] 48000", "21715/22387"));
+  EXPECT_EQ(aaf().sample_rate_index(), 1);
+}
+
 TEST_P(ImportClipsTest, AnotherRateThanTheHostsIsAskedAboutAndTaken) {
   for (const int answer : {box_answer_yes, box_answer_no}) {
     host.boxes.shown.clear();
