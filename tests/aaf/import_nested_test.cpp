@@ -196,6 +196,26 @@ TEST_P(ImportNestedTest, AGroupThatTheWindowCuts) {
   EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{1025, 384}}}));
 }
 
+// Times are shares of the whole group, and those that are seen count from the window.
+TEST_P(ImportNestedTest, PointsOfAGroupThatTheWindowCuts) {
+  const AafTake source = take();
+  const std::vector<AafPoint> points = {point(1, 4, 1, 10), point(1, 2, 1), point(3, 5, 1, 2),
+                                        point(9, 10, 2), point(1, 1, 1, 10)};
+  const aafMobID_t inner = nested({sound({gain(100, points, clip(source, 100))})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 40, 50), clip(inner, 90)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 40, .source = 50},
+                                   Edit{.in = 1040, .length = 90}));
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0,
+                                              0,
+                                              {{1000, 384},
+                                               {1010, 324},
+                                               {1040, 444},
+                                               {1065, 196},
+                                               {1090, 384},
+                                               {1100, 324},
+                                               {1130, 444}}}));
+}
+
 TEST_P(ImportNestedTest, AGroupOfAnotherLengthThanItsInput) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({gain(100, {1, 2}, clip(source, 80)), clip(source, 50)})});

@@ -160,6 +160,14 @@ TEST_P(ImportOperationsTest, PanValuesStayInTheirRange) {
   EXPECT_THAT(automation(), ElementsAre(Chunk{2, 0, {{0, 0}, {10, 504}}}));
 }
 
+TEST_P(ImportOperationsTest, PanIsCutToAWholeStep) {
+  ASSERT_EQ(
+      import({sound({pan(80, {point(0, 8, 1, 5), point(1, 8, 503, 505)}, clip(take(), 80))})}),
+      100);
+  // 100.8 and 502.004.
+  EXPECT_THAT(automation(), ElementsAre(Chunk{2, 0, {{0, 100}, {10, 502}}}));
+}
+
 TEST_P(ImportOperationsTest, AnotherOperationPassesItsFirstInputThrough) {
   const AafTake source = take();
   ASSERT_EQ(import({sound({group(100, some_operation, {clip(source, 100, 1), clip(source, 100, 2)},
