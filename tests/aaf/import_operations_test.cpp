@@ -236,6 +236,14 @@ TEST_P(ImportOperationsTest, GainOnAScopeReferenceReachesTheLayerBefore) {
   EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F));
 }
 
+// A scope lets no failure pass, unlike a group or a selector.
+TEST_P(ImportOperationsTest, AClipThatLeadsNowhereInAScopeEndsTheImport) {
+  const AafTake source = take();
+  const aafMobID_t missing = file().new_id();
+  EXPECT_EQ(import({sound({clip(source, 50), scope(100, {sequence({clip(missing, 100)})})})}), 11);
+  EXPECT_THAT(edits(), IsEmpty());
+}
+
 TEST_P(ImportOperationsTest, BehindAScopeAReferenceReachesNothing) {
   const AafTake source = take();
   const AafPart layer = sequence({clip(source, 50), clip(source, 50)});
