@@ -119,6 +119,14 @@ TEST_P(ImportClipsTest, ADefaultFadeInFramesComesOutAsNothing) {
   EXPECT_THAT(host.app.crossfade_lengths_set, ElementsAre(0));
 }
 
+TEST_P(ImportClipsTest, WithoutAnyClipTheDefaultFadeIsOffered) {
+  host.app.default_crossfade_length = 7;
+  ASSERT_EQ(import_composition(
+                {.slots = {sound({filler(10)})}, .default_fade = AafDefaultFade{.length = 480}}),
+            100);
+  EXPECT_THAT(boxes(), ElementsAre("[24732]"));
+}
+
 TEST_P(ImportClipsTest, SoundSlotsAloneBecomeStreams) {
   const AafTake source = take();
   AafSlot picture{.segment = filler(100).with_data(kAAFDataDef_Picture)};
@@ -271,6 +279,36 @@ TEST_P(ImportClipsTest, ARateThatChangesIsToldOnce) {
   ASSERT_EQ(import({sound({clip(first, 10), clip(second, 10), clip(first, 10)})}), 100);
   EXPECT_THAT(boxes(), ElementsAre("[24730] 48000"));
   EXPECT_EQ(aaf().sample_rate_index(), 2);
+}
+
+// A rate without an index is no change of rate, neither to it nor from it.
+TEST_P(ImportClipsTest, ARateWithoutAnIndexIsLeftOutOfTheComparison) {
+  const AafTake odd = file().source({.sample_rate = {22050, 1}});
+  const AafTake usual = file().source({});
+  ASSERT_EQ(import({sound({clip(odd, 10), clip(usual, 10), clip(odd, 10), clip(usual, 10)})}), 100);
+  EXPECT_THAT(boxes(), ElementsAre("[24731] 22050"));
+  EXPECT_EQ(aaf().sample_rate_index(), 2);
+}
+
+// Each is told once, and every clip counts at its own rate on the timeline too.
+TEST_P(ImportClipsTest, AClipOfAnotherRateLandsWhereItsRatePutsIt) {
+  const AafTake usual = file().source({.slot_rate = at_25});
+  const AafTake odd = file().source({.sample_rate = {22050, 1}, .slot_rate = at_25});
+  const AafTake other = file().source({.sample_rate = {44100, 1}, .slot_rate = at_25});
+  ASSERT_EQ(import({sound({clip(usual, 25), clip(odd, 25), clip(other, 25)}, at_25)}), 100);
+  EXPECT_THAT(edits(),
+              ElementsAre(Edit{.in = 0, .length = 48'000}, Edit{.in = 22'050, .length = 22'050},
+                          Edit{.in = 88'200, .length = 44'100}));
+  EXPECT_THAT(boxes(), ElementsAre("[24731] 22050", "[24730] 48000"));
+}
+
+// Two clips of one rate on end take the list along, whatever was told before.
+TEST_P(ImportClipsTest, ARateThatStaysChangedIsTaken) {
+  const AafTake first = file().source({});
+  const AafTake second = file().source({.sample_rate = {44100, 1}});
+  ASSERT_EQ(import({sound({clip(first, 10), clip(second, 10), clip(second, 10)})}), 100);
+  EXPECT_THAT(boxes(), ElementsAre("[24730] 48000", "21715/22387"));
+  EXPECT_EQ(aaf().sample_rate_index(), 1);
 }
 
 TEST_P(ImportClipsTest, AnotherRateThanTheHostsIsAskedAboutAndTaken) {

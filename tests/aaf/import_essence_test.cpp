@@ -226,6 +226,17 @@ TEST_P(ImportEssenceTest, AudioThatIsCutOffInTheFileEndsTheImport) {
   }
 }
 
+TEST_P(ImportEssenceTest, OnlyFilesThatCouldBeMadeAreCounted) {
+  std::filesystem::create_directory(audio_folder->path + "/2_7_9.wav");
+  const AafTake first = embedded({}, pattern(1'000));
+  const AafTake second = embedded({}, pattern(2'000));
+  ASSERT_EQ(import({sound({clip(first, 10), clip(second, 10)})}), 100);
+  EXPECT_TRUE(same_bytes(copied("4_7_9.wav"), pattern(2'000)));
+  EXPECT_THAT(paths(), ElementsAre(audio("2_7_9"), audio("4_7_9")));
+  EXPECT_THAT(host.windows.windows.at(0)->texts, ElementsAre("Processing track 1 of 2..."));
+  EXPECT_THAT(host.places.refreshed, ElementsAre(audio_folder->path));
+}
+
 TEST_P(ImportEssenceTest, WithoutAudioTheFolderOfTheFileIsLookedAt) {
   ASSERT_EQ(import({sound({clip(take(), 10)})}), 100);
   EXPECT_THAT(host.windows.windows, IsEmpty());

@@ -6,6 +6,7 @@
 #include "aaf/aaf_dll.h"
 #include "aaf/aaf_rates.h"
 #include "aaf/aaf_text.h"
+#include "core/generic_edl_video_entry.h"
 #include "tests/aaf/import_fixture.h"
 
 using namespace support;
@@ -128,6 +129,28 @@ TEST_P(ImportFileTest, OnlyTheLastProgramCounts) {
   EXPECT_THAT(report(), HasSubstr("Product Name&nbsp\t<TD>Last\r\n"));
 }
 
+// Whatever a file says of itself is read as far as it is there.
+TEST_P(ImportFileTest, AFileWithoutItsMakersIsReadAllTheSame) {
+  product.product = L"ProTools";
+  file().set_operational_pattern(kAAFOPDef_EditProtocol);
+  file().composition({.slots = {sound({clip(take(), 10)})}});
+  file().save();
+  // The list of makers as the header holds it: its number, and how it is stored.
+  const std::string list = {0x06, 0x3b, 0x32, 0x00};
+  std::string bytes = read_file(path);
+  const std::size_t at = bytes.find(list);
+  ASSERT_NE(at, std::string::npos);
+  ASSERT_EQ(bytes.find(list, at + 1), std::string::npos);
+  bytes.replace(at, 2, "\xF0\xFF");
+  write_file(path, bytes);
+  ASSERT_EQ(import_path(path), 100);
+  EXPECT_EQ(entry(0).source_is_timestamped, 1);
+  const std::string text = report();
+  EXPECT_THAT(text, HasSubstr("Product Name&nbsp\t<TD>\r\n"));
+  EXPECT_THAT(text, HasSubstr("AAF Version&nbsp\t<TD>v1."));
+  EXPECT_THAT(text, HasSubstr("Labelled as Edit Protocol&nbsp\t<TD>Yes\r\n"));
+}
+
 TEST_P(ImportFileTest, AFailureInTheWalkLeavesTheListsAsTheyWere) {
   AafSlot clock = timecode(0, 25);
   clock.mark_in = 5;
@@ -146,6 +169,29 @@ TEST_P(ImportFileTest, NewEntriesStandBehindThoseThatAreThere) {
   ASSERT_EQ(import({sound({clip(take(), 10)})}), 100);
   ASSERT_EQ(entries().size(), 2U);
   EXPECT_EQ(entries()[0], before);
+}
+
+// Positions of pictures count frames until an import that is read turns them into samples.
+TEST_P(ImportFileTest, PicturesOfTheListAreRescaled) {
+  auto* const picture = new CGenericEdlVideoEntry(&edl);
+  edl.get_video_list()->AddTail(picture);
+  picture->dest_in = 1;
+  picture->dest_out = 3;
+  picture->source_in = 7;
+  picture->source_out = -2;
+  picture->dest_length = 9;
+  const auto positions = [picture] {
+    return std::vector{picture->dest_in, picture->dest_out, picture->source_in, picture->source_out,
+                       picture->dest_length};
+  };
+  EXPECT_EQ(import_path(path), 11);
+  EXPECT_THAT(positions(), ElementsAre(1, 3, 7, -2, 9));
+
+  importer = std::make_unique<CAAFEdlFile>(&edl);
+  ASSERT_EQ(import({timecode(0, 29), sound({clip(take(), 10)})}), 100);
+  // 1601.6 samples a frame, cut.
+  EXPECT_THAT(positions(), ElementsAre(1601, 4804, 11'211, -3203, 9));
+  EXPECT_EQ(picture->detail_words[0], 48'000U);
 }
 
 TEST_P(ImportFileTest, TheFileIsClosedOnEveryWay) {

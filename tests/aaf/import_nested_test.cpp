@@ -90,6 +90,59 @@ TEST_P(ImportNestedTest, TheFadeBeforeItGoesToItsFirstClip) {
                                    Edit{.in = 120, .length = 20}));
 }
 
+TEST_P(ImportNestedTest, TheCurveAndTheOffsetBeforeItGoToItsFirstClipAsWell) {
+  host.app.curve_count = 2;
+  host.app.curves[0].fill(7);
+  host.app.set_straight_curve(1);
+  const AafTake source = take();
+  const AafPart joint = dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)});
+  const aafMobID_t inner = nested({sound({clip(source, 200)})});
+  ASSERT_EQ(import_top({sound({clip(source, 200), joint, clip(inner, 100)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 50, .source = 50, .fade_in = 50}));
+  EXPECT_EQ(entry(1).fade_in_curve, 1);
+}
+
+// What the outer clip would have faded in with; its fade-out is lost.
+TEST_P(ImportNestedTest, TheFadeInOfTheClipGoesToItsFirstClip) {
+  const AafTake source = take();
+  const AafFades own = {10, kAAFFadeLinearPower, 20, kAAFFadeLinearPower};
+  const aafMobID_t inner = nested({sound({clip(source, 60), clip(source, 40)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 100).with_fades(own)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 60, .fade_in = 10},
+                                   Edit{.in = 60, .length = 40}));
+  EXPECT_EQ(entry(0).fade_in_curve, 114);
+}
+
+// Defaults are those of the composition that is walked, and an inner one has none.
+TEST_P(ImportNestedTest, TheDefaultFadeReachesOnlyTheHeadOfAnInnerOne) {
+  host.app.default_crossfade_length = 25;
+  const AafTake source = take();
+  const aafMobID_t inner =
+      file().composition({.slots = {sound({clip(source, 60), clip(source, 40)})},
+                          .default_fade = AafDefaultFade{.length = 7}});
+  ASSERT_EQ(import_composition({.slots = {sound({clip(inner, 100)})},
+                                .usage = kAAFUsage_TopLevel,
+                                .default_fade = AafDefaultFade{.length = 25}}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 60, .fade_in = 25},
+                                   Edit{.in = 60, .length = 40}));
+  EXPECT_THAT(boxes(), IsEmpty());
+}
+
+// A filler before the window does not take the fade away, one in it does.
+TEST_P(ImportNestedTest, OnlyAFillerInTheWindowStopsTheFadeBeforeIt) {
+  const AafTake source = take();
+  const aafMobID_t inner = nested({sound({filler(20), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(source, 100), transition(10), clip(inner, 50, 20)}),
+                        sound({clip(source, 100), transition(10), clip(inner, 50, 19)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.stream = 1, .in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.stream = 0, .in = 90, .length = 50, .fade_in = 10},
+                                   Edit{.stream = 1, .in = 91, .length = 49}));
+}
+
 TEST_P(ImportNestedTest, TransitionsInside) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({clip(source, 100), transition(10), clip(source, 100)})});
@@ -143,6 +196,26 @@ TEST_P(ImportNestedTest, AGroupThatTheWindowCuts) {
   EXPECT_THAT(automation(), ElementsAre(Chunk{0, 0, {{1025, 384}}}));
 }
 
+// Times are shares of the whole group, and those that are seen count from the window.
+TEST_P(ImportNestedTest, PointsOfAGroupThatTheWindowCuts) {
+  const AafTake source = take();
+  const std::vector<AafPoint> points = {point(1, 4, 1, 10), point(1, 2, 1), point(3, 5, 1, 2),
+                                        point(9, 10, 2), point(1, 1, 1, 10)};
+  const aafMobID_t inner = nested({sound({gain(100, points, clip(source, 100))})});
+  ASSERT_EQ(import_top({sound({filler(1000), clip(inner, 40, 50), clip(inner, 90)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 1000, .length = 40, .source = 50},
+                                   Edit{.in = 1040, .length = 90}));
+  EXPECT_THAT(automation(), ElementsAre(Chunk{0,
+                                              0,
+                                              {{1000, 384},
+                                               {1010, 324},
+                                               {1040, 444},
+                                               {1065, 196},
+                                               {1090, 384},
+                                               {1100, 324},
+                                               {1130, 444}}}));
+}
+
 TEST_P(ImportNestedTest, AGroupOfAnotherLengthThanItsInput) {
   const AafTake source = take();
   const aafMobID_t inner = nested({sound({gain(100, {1, 2}, clip(source, 80)), clip(source, 50)})});
@@ -174,6 +247,16 @@ TEST_P(ImportNestedTest, ATransitionAtTheHeadOfTheWindow) {
   ASSERT_EQ(import_top({sound({clip(inner, 50, 95)})}), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 5, .source = 95, .fade_out = 10},
                                    Edit{.in = 5, .length = 50, .source = 5, .fade_in = 10}));
+}
+
+// A transition that lies behind the window takes the parent back as well, when it comes
+// within its own length of the window.
+TEST_P(ImportNestedTest, TransitionsBehindTheWindow) {
+  const AafTake source = take();
+  const aafMobID_t inner =
+      nested({sound({clip(source, 100), transition(10), transition(10), clip(source, 100)})});
+  ASSERT_EQ(import_top({sound({clip(inner, 85)})}), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 85}, Edit{.in = 65, .length = 5}));
 }
 
 class NestedStreamTest : public AafImportTest {

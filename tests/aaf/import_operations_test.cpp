@@ -160,6 +160,14 @@ TEST_P(ImportOperationsTest, PanValuesStayInTheirRange) {
   EXPECT_THAT(automation(), ElementsAre(Chunk{2, 0, {{0, 0}, {10, 504}}}));
 }
 
+TEST_P(ImportOperationsTest, PanIsCutToAWholeStep) {
+  ASSERT_EQ(
+      import({sound({pan(80, {point(0, 8, 1, 5), point(1, 8, 503, 505)}, clip(take(), 80))})}),
+      100);
+  // 100.8 and 502.004.
+  EXPECT_THAT(automation(), ElementsAre(Chunk{2, 0, {{0, 100}, {10, 502}}}));
+}
+
 TEST_P(ImportOperationsTest, AnotherOperationPassesItsFirstInputThrough) {
   const AafTake source = take();
   ASSERT_EQ(import({sound({group(100, some_operation, {clip(source, 100, 1), clip(source, 100, 2)},
@@ -179,6 +187,28 @@ TEST_P(ImportOperationsTest, ATransitionTrimsTheClipOfAGroup) {
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 10},
                                    Edit{.in = 90, .length = 50, .fade_in = 10}));
   EXPECT_THAT(levels(), ElementsAre(0.5F, 0.25F));
+}
+
+TEST_P(ImportOperationsTest, ATransitionTrimsTheClipOfAScope) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({scope(100, {sequence({clip(source, 100)}),
+                                       group(100, some_operation, {scope_reference(100)})}),
+                           transition(10), clip(source, 50)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 10},
+                                   Edit{.in = 90, .length = 50, .fade_in = 10}));
+}
+
+// Only what plays a clip itself is trimmed, and not what holds others.
+TEST_P(ImportOperationsTest, ATransitionDoesNotTrimTheClipOfASequenceOrSelector) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({sequence({clip(source, 100)}), transition(10), clip(source, 50)}),
+                    sound({selector(100, clip(source, 100)), transition(10), clip(source, 50)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .in = 0, .length = 100},
+                                   Edit{.stream = 1, .in = 0, .length = 100},
+                                   Edit{.stream = 0, .in = 90, .length = 50, .fade_in = 10},
+                                   Edit{.stream = 1, .in = 90, .length = 50, .fade_in = 10}));
 }
 
 TEST_P(ImportOperationsTest, ASequenceInASequence) {
@@ -204,6 +234,32 @@ TEST_P(ImportOperationsTest, GainOnAScopeReferenceReachesTheLayerBefore) {
             100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}, Edit{.in = 100, .length = 50}));
   EXPECT_THAT(levels(), ElementsAre(0.5F, 1.0F));
+}
+
+// A scope lets no failure pass, unlike a group or a selector.
+TEST_P(ImportOperationsTest, AClipThatLeadsNowhereInAScopeEndsTheImport) {
+  const AafTake source = take();
+  const aafMobID_t missing = file().new_id();
+  EXPECT_EQ(import({sound({clip(source, 50), scope(100, {sequence({clip(missing, 100)})})})}), 11);
+  EXPECT_THAT(edits(), IsEmpty());
+}
+
+TEST_P(ImportOperationsTest, BehindAScopeAReferenceReachesNothing) {
+  const AafTake source = take();
+  const AafPart layer = sequence({clip(source, 50), clip(source, 50)});
+  ASSERT_EQ(import({sound({scope(100, {layer}), gain(50, {1, 2}, scope_reference(50))})}), 100);
+  EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
+}
+
+// An inner scope ends the outer one as far as references go.
+TEST_P(ImportOperationsTest, BehindAnInnerScopeAReferenceReachesNothing) {
+  const AafTake source = take();
+  const AafPart inner = scope(50, {sequence({clip(source, 50)})});
+  ASSERT_EQ(import({sound({scope(100, {inner, sequence({clip(source, 50)}),
+                                       gain(50, {1, 2}, scope_reference(50))})})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 50}, Edit{.in = 50, .length = 50}));
+  EXPECT_THAT(levels(), ElementsAre(1.0F, 1.0F));
 }
 
 TEST_P(ImportOperationsTest, VaryingGainOnAScopeReference) {
@@ -277,6 +333,17 @@ TEST_P(ImportOperationsTest, AnUnknownComponentBehindAClipTakesItsLength) {
       import({sound({clip(source, 100), essence_group(40, {clip(source, 40)}), clip(source, 10)})}),
       100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.length = 100}, Edit{.in = 140, .length = 10}));
+}
+
+// What ended the slot before does not hold back the first component of the next.
+TEST_P(ImportOperationsTest, AnUnknownComponentAtTheHeadOfASlotTakesItsLength) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({gain(100, {1, 2}, clip(source, 100))}),
+                    AafSlot{.segment = essence_group(40, {clip(source, 40)})},
+                    sound({essence_group(40, {clip(source, 40)}), clip(source, 10)})}),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.stream = 0, .length = 100},
+                                   Edit{.stream = 2, .in = 40, .length = 10}));
 }
 
 class GroupLengthTest : public AafImportTest {

@@ -152,6 +152,58 @@ TEST_P(ImportTransitionsTest, ALevelThatNeverBecomesFullEndsWithTheTransition) {
                                    Edit{.in = 150, .length = 150, .source = 50, .fade_in = 50}));
 }
 
+// From where the level is silent for the last time to where it is full for the first.
+TEST_P(ImportTransitionsTest, ALevelThatGoesUpTwice) {
+  ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 10, 1, 2), point(1, 5, 0),
+                                          point(1, 2, 1), point(3, 4, 1, 2), point(1, 1, 1)})),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 120, .length = 180, .source = 20, .fade_in = 30}));
+}
+
+TEST_P(ImportTransitionsTest, ALevelThatGoesDownTwice) {
+  ASSERT_EQ(import_between(dissolve(100,
+                                    {point(0, 1, 1), point(1, 10, 1, 2), point(1, 5, 1),
+                                     point(1, 2, 0), point(3, 4, 1, 2), point(1, 1, 0)},
+                                    {point(0, 1, 0), point(1, 1, 1)})),
+            100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 150, .fade_out = 30},
+                                   Edit{.in = 100, .length = 200, .fade_in = 100}));
+}
+
+TEST_P(ImportTransitionsTest, ALevelThatIsSilentLastHasNoRamp) {
+  ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 0), point(1, 4, 1), point(1, 2, 0)})), 100);
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 150, .source = 50}));
+}
+
+// The first point alone tells the direction, and any sound in it makes a level that falls.
+TEST_P(ImportTransitionsTest, ALevelThatBeginsHalfwayUpFalls) {
+  ASSERT_EQ(import_between(dissolve(100, {point(0, 1, 1, 2), point(1, 4, 1), point(1, 2, 0)})),
+            100);
+  // Full last at 25, silent at 50, which lies 50 before the end.
+  EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                                   Edit{.in = 150, .length = 150, .source = 50, .fade_in = 25}));
+}
+
+// Times are multiplied in single precision: 29 hundredths of 100 are 29, which double
+// precision makes 28, but 53 hundredths are 52.
+TEST_P(ImportTransitionsTest, TimesGoThroughSinglePrecision) {
+  const AafTake source = take();
+  const auto joint = [](aafInt32 hundredths) {
+    return dissolve(100, {point(0, 1, 0), point(hundredths, 100, 0), point(1, 1, 1)});
+  };
+  ASSERT_EQ(import({sound({clip(source, 200), joint(29), clip(source, 200)}),
+                    sound({filler(1), clip(source, 200), joint(53), clip(source, 200)})}),
+            100);
+  EXPECT_THAT(
+      edits(),
+      ElementsAre(Edit{.stream = 0, .in = 0, .length = 200, .fade_out = 100},
+                  Edit{.stream = 1, .in = 1, .length = 200, .fade_out = 100},
+                  Edit{.stream = 0, .in = 129, .length = 171, .source = 29, .fade_in = 71},
+                  Edit{.stream = 1, .in = 153, .length = 148, .source = 52, .fade_in = 48}));
+}
+
 TEST_P(ImportTransitionsTest, PointsAtOneTimeMakeNoFade) {
   ASSERT_EQ(import_between(dissolve(100, {point(1, 2, 0), point(1, 2, 0), point(1, 2, 1)})), 100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
@@ -186,6 +238,19 @@ TEST_P(ImportTransitionsTest, NoFadeIsLongerThanItsClip) {
             100);
   EXPECT_THAT(edits(), ElementsAre(Edit{.in = 0, .length = 100, .fade_out = 50},
                                    Edit{.in = 50, .length = 30, .fade_in = 30}));
+}
+
+// What the offset takes off the clip does not count there.
+TEST_P(ImportTransitionsTest, BehindAnOffsetTheFadesMayBeLongerThanTheClip) {
+  const AafTake source = take();
+  ASSERT_EQ(import({sound({clip(source, 200),
+                           dissolve(100, {point(0, 1, 0), point(1, 2, 0), point(1, 1, 1)}),
+                           clip(source, 100).with_fades({.out_length = 100})})}),
+            100);
+  EXPECT_THAT(
+      edits(),
+      ElementsAre(Edit{.in = 0, .length = 200, .fade_out = 100},
+                  Edit{.in = 150, .length = 50, .source = 50, .fade_in = 50, .fade_out = 50}));
 }
 
 TEST_P(ImportTransitionsTest, TheFadeOfATransitionGoesBeforeTheClipsOwn) {

@@ -30,6 +30,7 @@ TEST_P(SourcePathsTest, Addresses) {
   EXPECT_EQ(resolved("file://///srv/s/a.wav"), "//srv/s/a");
   EXPECT_EQ(resolved("file:///C:\\a\\b.wav"), "//C:/a/b");
   EXPECT_EQ(resolved("file:///C:/a.b%2Ewav"), "//C:/a.b");
+  EXPECT_EQ(resolved("file:///.wav"), "//");
 }
 
 TEST_P(SourcePathsTest, OnlyThreeLettersAreAnExtension) {
@@ -47,11 +48,24 @@ TEST_P(SourcePathsTest, RelativeToTheFolderOfTheFile) {
   EXPECT_EQ(resolved("a/./b/../c.wav"), "//D:/x/a/c");
   EXPECT_EQ(resolved("a%20b.wav"), "//D:/x/a b");
   EXPECT_EQ(resolved("clips/a.wav", "/home/u/x.aaf"), "//home/u/clips/a");
+  EXPECT_EQ(resolved("clips\\..\\a.wav"), "//D:/x/a");
+  EXPECT_EQ(resolved("clips/a.wav", "//server/share/x.aaf"), "//server/share/clips/a");
+  EXPECT_EQ(resolved("clips/a.wav", "y.aaf"), "//clips/a");
+}
+
+// So what they stand for is neither an extension nor a folder.
+TEST_P(SourcePathsTest, EscapesOfARelativePathAreDecodedLast) {
+  EXPECT_EQ(resolved("a%2Ewav"), "//D:/x/a.wav");
+  EXPECT_EQ(resolved("a/%2E%2E/b.wav"), "//D:/x/a/../b");
+  EXPECT_EQ(resolved("a%2Fb/../c.wav"), "//D:/x/c");
 }
 
 // The last point goes before the folders are looked at.
 TEST_P(SourcePathsTest, PointsAtTheEnd) {
   EXPECT_EQ(resolved(".."), "//D:/x/.");
+  EXPECT_EQ(resolved("..."), "//D:/");
+  EXPECT_EQ(resolved("a/."), "//D:/x/a/");
+  EXPECT_EQ(resolved("a/b/..."), "//D:/x/a/");
 }
 
 TEST_P(SourcePathsTest, WithADrive) {
@@ -65,6 +79,8 @@ TEST_P(SourcePathsTest, FromTheRoot) {
   EXPECT_EQ(resolved("/home/u/a.wav"), "/home/u/a.wav/");
   EXPECT_EQ(resolved("/"), "/");
   EXPECT_EQ(resolved("//folder/1_2_3.wav"), "//folder/1_2_3");
+  // With the slash behind them these end in four characters that are cut.
+  EXPECT_EQ(resolved("/home/u/a.ai"), "/home/u/a");
 }
 
 TEST_P(SourcePathsTest, NothingAtAll) {
