@@ -96,6 +96,7 @@ class BlackFold {
   // The node behind a black marker is not looked at.
   POSITION drop_black_marker(POSITION marker, POSITION next) {
     remove(marker);
+    ahead_.step();
     return next_of(list_, next);
   }
 
@@ -123,6 +124,7 @@ class BlackFold {
   void remove(POSITION position) {
     if (unindexed_ == position) unindexed_ = next_of(list_, position);
     ahead_.before_removal(position);
+    ahead_.step();
     const std::unique_ptr<CGenericEdlEntry> entry(entry_at(list_, position));
     list_.RemoveAt(position);
   }
