@@ -22,25 +22,12 @@
 #include "aafobj/api/aaf_class_ids.h"
 #include "aafobj/api/aaf_entry_points.h"
 #include "aafobj/api/aaf_well_known_ids.h"
+#include "tests/support/counting_tree.h"
 
 namespace {
 
 constexpr std::size_t piece_bytes = std::size_t{1} << 20U;
 constexpr std::size_t pieces = 1024;
-
-class Nothing final : public aaf::TreeSink {
- public:
-  void begin_object(const aaf::ObjectHead&) override { ++objects; }
-  void end_object(std::uint32_t) override {}
-  void name(std::string_view) override {}
-  void begin_list(std::size_t, bool) override {}
-  void end_list() override {}
-  void scalar(aaf::ScalarKind, std::string_view) override {}
-  void cut_bytes(std::string_view, std::uint64_t) override {}
-  void fault(std::int32_t, std::string_view) override { ++faults; }
-  std::size_t objects = 0;
-  std::size_t faults = 0;
-};
 
 bool open_for_reading(const std::filesystem::path& path, AafRef<IAAFFile>& file) {
   return AAFFileOpenExistingRead(path.wstring().c_str(), 0, file.put()) == 0;
@@ -50,7 +37,7 @@ void walk_sample(benchmark::State& state, const std::filesystem::path& path) {
   std::size_t objects = 0;
   for (auto _ : state) {
     AafRef<IAAFFile> file;
-    Nothing sink;
+    support::CountingTree sink;
     if (!open_for_reading(path, file) || aaf::tell_tree_of(*file.get(), sink) < 0 ||
         sink.faults > 0 || file->Close() < 0) {
       state.SkipWithError("cannot be walked");

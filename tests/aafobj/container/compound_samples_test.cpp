@@ -1,30 +1,19 @@
 // Files of several applications, when a folder of them is at hand.
-#include <cstdlib>
 #include <filesystem>
 
 #include "tests/aafobj/container/container_test_support.h"
+#include "tests/support/aaf_samples.h"
 
 namespace aafobj::test {
 namespace {
-
-std::vector<std::filesystem::path> sample_files() {
-  std::vector<std::filesystem::path> files;
-  const char* folder = std::getenv("EDL_SAMPLES");
-  if (folder == nullptr) return files;
-  for (const auto& item :
-       std::filesystem::directory_iterator(std::filesystem::path(folder) / "aaf")) {
-    if (item.path().extension() == ".aaf") files.push_back(item.path());
-  }
-  return files;
-}
 
 bool holds_stream(const Node& node, const std::u16string& name) {
   return node.children.contains(name);
 }
 
 TEST(CompoundSamples, WholeTreeIsReadAndEveryObjectHasProperties) {
-  const auto files = sample_files();
-  if (files.empty()) GTEST_SKIP() << "EDL_SAMPLES names no folder with an aaf folder in it";
+  const auto files = support::aaf_samples();
+  if (files.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   for (const auto& path : files) {
     SCOPED_TRACE(path.string());
     std::unique_ptr<CompoundFile> file;
@@ -43,8 +32,8 @@ TEST(CompoundSamples, WholeTreeIsReadAndEveryObjectHasProperties) {
 }
 
 TEST(CompoundSamples, ModifiedInPlaceKeepsTheRest) {
-  const auto files = sample_files();
-  if (files.empty()) GTEST_SKIP() << "EDL_SAMPLES names no folder with an aaf folder in it";
+  const auto files = support::aaf_samples();
+  if (files.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   for (const auto& path : files) {
     SCOPED_TRACE(path.string());
     const TemporaryFile copy;

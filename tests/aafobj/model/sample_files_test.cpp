@@ -1,29 +1,15 @@
-// Real files, which do not stand in the repository: EDL_SAMPLES names the folder above "aaf".
-
+// Real files through the model.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 
 #include "aafobj/model/tree_walk.h"
 #include "tests/aafobj/model/object_trees.h"
+#include "tests/support/aaf_samples.h"
 
 namespace aafobj {
 namespace {
-
-std::vector<std::filesystem::path> sample_paths() {
-  std::vector<std::filesystem::path> paths;
-  const char* folder = std::getenv("EDL_SAMPLES");
-  if (!folder) return paths;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(std::filesystem::path(folder) / "aaf")) {
-    if (entry.path().extension() == ".aaf") paths.push_back(entry.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 std::unique_ptr<ObjectFile> open_sample(const std::filesystem::path& path) {
   std::unique_ptr<CompoundFile> container;
@@ -36,7 +22,7 @@ std::unique_ptr<ObjectFile> open_sample(const std::filesystem::path& path) {
 }
 
 TEST(SampleFiles, EveryObjectIsReadAndEveryPropertyKnown) {
-  const auto paths = sample_paths();
+  const auto paths = support::aaf_samples();
   if (paths.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   for (const auto& path : paths) {
     SCOPED_TRACE(path);
@@ -65,7 +51,7 @@ TEST(SampleFiles, EveryObjectIsReadAndEveryPropertyKnown) {
 
 // The tables give the storage names that real writers give.
 TEST(SampleFiles, StorageNamesAreThoseOfTheTables) {
-  const auto paths = sample_paths();
+  const auto paths = support::aaf_samples();
   if (paths.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   std::size_t compared = 0;
   for (const auto& path : paths) {
@@ -92,7 +78,7 @@ TEST(SampleFiles, StorageNamesAreThoseOfTheTables) {
 }
 
 TEST(SampleFiles, ACopyHoldsTheSameTree) {
-  const auto paths = sample_paths();
+  const auto paths = support::aaf_samples();
   if (paths.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   for (const auto& path : paths) {
     SCOPED_TRACE(path);

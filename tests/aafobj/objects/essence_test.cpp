@@ -250,26 +250,30 @@ TEST(Essence, WithoutSamplesThereIsNoHead) {
   EXPECT_EQ(size, 0);
 }
 
+// In slot 7, which counts 25 edit units a second; nothing is said of the samples.
+Recording begin_in_frames(File& file, const aafUID_t& codec) {
+  Recording recording;
+  recording.mob = client::create<IAAFMob>(file.dictionary, AUID_AAFMasterMob, IID_IAAFMob);
+  recording.master = CLIENT_AS(IAAFMasterMob, recording.mob);
+  EXPECT_EQ(file.header->AddMob(recording.mob), 0);
+  auto sound = client::data_def(file.dictionary, kAAFDataDef_Sound);
+  EXPECT_EQ(
+      recording.master->CreateEssence(7, sound, codec, {25, 1}, {48000, 1}, kAAFCompressionDisable,
+                                      nullptr, kAAFContainerDef_AAF, recording.access.put()),
+      0);
+  return recording;
+}
+
 TEST(Essence, LengthsOfClipsAreInEditUnits) {
   File file = client::transient_file();
-  auto mob = client::create<IAAFMob>(file.dictionary, AUID_AAFMasterMob, IID_IAAFMob);
-  ASSERT_EQ(file.header->AddMob(mob), 0);
-  auto sound = client::data_def(file.dictionary, kAAFDataDef_Sound);
-  Held<IAAFEssenceAccess> access;
-  ASSERT_EQ(
-      CLIENT_AS(IAAFMasterMob, mob)
-          ->CreateEssence(7, sound, kAAFCodecDef_WAVE, {25, 1}, {48000, 1}, kAAFCompressionDisable,
-                          nullptr, kAAFContainerDef_AAF, access.put()),
-      0);
-  std::vector<unsigned char> bytes(4800);  // 8 bits until something else is asked for
-  aafUInt32 samples = 0;
-  aafUInt32 written = 0;
-  ASSERT_EQ(access->WriteSamples(4800, 4800, bytes.data(), &samples, &written), 0);
-  ASSERT_EQ(access->CompleteWrite(), 0);
+  Recording recording = begin_in_frames(file, kAAFCodecDef_WAVE);
+  // 8 bits until something else is asked for.
+  write(recording, std::vector<unsigned char>(4800), 4800);
+  ASSERT_EQ(recording.access->CompleteWrite(), 0);
   Held<IAAFMobSlot> slot;
   Held<IAAFSegment> segment;
   aafLength_t length = 0;
-  ASSERT_EQ(mob->LookupSlot(7, slot.put()), 0);
+  ASSERT_EQ(recording.mob->LookupSlot(7, slot.put()), 0);
   ASSERT_EQ(slot->GetSegment(segment.put()), 0);
   EXPECT_EQ(CLIENT_AS(IAAFComponent, segment)->GetLength(&length), 0);
   EXPECT_EQ(length, 2);  // 4800 of 48000 in a second are 2.5 of 25
@@ -298,15 +302,7 @@ struct TakenSlot {
 // Mobs, slots and definitions as the published library makes them.
 TEST(Essence, ObjectsAreThoseOfThePublishedLibrary) {
   File file = client::transient_file();
-  auto mob = client::create<IAAFMob>(file.dictionary, AUID_AAFMasterMob, IID_IAAFMob);
-  ASSERT_EQ(file.header->AddMob(mob), 0);
-  auto sound = client::data_def(file.dictionary, kAAFDataDef_Sound);
-  Held<IAAFEssenceAccess> access;
-  ASSERT_EQ(
-      CLIENT_AS(IAAFMasterMob, mob)
-          ->CreateEssence(7, sound, kAAFCodecDef_AIFC, {25, 1}, {48000, 1}, kAAFCompressionDisable,
-                          nullptr, kAAFContainerDef_AAF, access.put()),
-      0);
+  Recording recording = begin_in_frames(file, kAAFCodecDef_AIFC);
   const auto files = client::mobs_of(file.header, kAAFFileMob);
   ASSERT_EQ(files.size(), 1U);
   aafUInt32 size = 0;
@@ -324,7 +320,7 @@ TEST(Essence, ObjectsAreThoseOfThePublishedLibrary) {
   EXPECT_EQ(below.origin, 0);
   EXPECT_TRUE(client::same(below.reference.sourceID, aafMobID_t{}));
 
-  const TakenSlot above(mob, 7);
+  const TakenSlot above(recording.mob, 7);
   ASSERT_NE(above.slot.get(), nullptr);
   EXPECT_EQ(client::name_of(above.slot.get()), L"A Slot");
   EXPECT_EQ(above.rate.numerator, 25);

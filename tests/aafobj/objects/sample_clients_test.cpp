@@ -1,26 +1,11 @@
-// Real files through the interfaces. EDL_SAMPLES names the folder above "aaf".
-
-#include <algorithm>
-#include <cstdlib>
-
+// Real files through the interfaces.
 #include "tests/aafobj/objects/client.h"
+#include "tests/support/aaf_samples.h"
 
 namespace {
 
 using client::File;
 using client::Held;
-
-std::vector<std::filesystem::path> sample_paths() {
-  std::vector<std::filesystem::path> paths;
-  const char* folder = std::getenv("EDL_SAMPLES");
-  if (!folder) return paths;
-  for (const auto& item :
-       std::filesystem::directory_iterator(std::filesystem::path(folder) / "aaf")) {
-    if (item.path().extension() == ".aaf") paths.push_back(item.path());
-  }
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 struct Tally {
   std::size_t mobs = 0;
@@ -100,7 +85,7 @@ Tally tally_of(const std::filesystem::path& path) {
 }
 
 TEST(SampleClients, EveryFileIsWalked) {
-  const auto paths = sample_paths();
+  const auto paths = support::aaf_samples();
   if (paths.empty()) GTEST_SKIP() << "EDL_SAMPLES is not set";
   std::size_t found = 0;
   for (const auto& path : paths) {
